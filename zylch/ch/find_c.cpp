@@ -1,0 +1,32 @@
+/// Search of one byte value.
+
+#include "zylch.h"
+
+#define ZYL_KERNELS "find_c.inc"
+#include "for_each_path.h"
+
+namespace {
+
+using namespace zylch;
+
+constexpr Forms kFirstByte{plain::firstByte, sse2::firstByte, avx2::firstByte};
+constexpr Forms kLastByte{plain::lastByte, sse2::lastByte, avx2::lastByte};
+
+int find(decltype(kFirstByte) search, const Zyl8u* src, int len, Zyl8u value, int* index) {
+    if (src == nullptr || index == nullptr)
+        return zylStsNullPtrErr;
+    if (len < 0)
+        return zylStsSizeErr;
+    *index = search(src, len, value);
+    return zylStsNoErr;
+}
+
+}  // namespace
+
+int zylsFindC_8u(const Zyl8u* src, int len, Zyl8u value, int* index) {
+    return find(kFirstByte, src, len, value, index);
+}
+
+int zylsFindRevC_8u(const Zyl8u* src, int len, Zyl8u value, int* index) {
+    return find(kLastByte, src, len, value, index);
+}

@@ -1,0 +1,34 @@
+/// Search of any byte of a set.
+
+#include "byte_set.h"
+#include "zylch.h"
+
+#define ZYL_KERNELS "find_c_any.inc"
+#include "for_each_path.h"
+
+namespace {
+
+using namespace zylch;
+
+constexpr Forms kFirstOfSet{plain::firstOfSet, sse2::firstOfSet, avx2::firstOfSet};
+constexpr Forms kLastOfSet{plain::lastOfSet, sse2::lastOfSet, avx2::lastOfSet};
+
+int find(decltype(kFirstOfSet) search, const Zyl8u* src, int len, const Zyl8u* set, int lenSet, int* index) {
+    if (src == nullptr || set == nullptr || index == nullptr)
+        return zylStsNullPtrErr;
+    if (len < 0 || lenSet < 0)
+        return zylStsSizeErr;
+    const ByteSet bytes(set, lenSet);
+    *index = bytes.isSmall() ? search(src, len, bytes) : search.callPlain(src, len, bytes);
+    return zylStsNoErr;
+}
+
+}  // namespace
+
+int zylsFindCAny_8u(const Zyl8u* src, int len, const Zyl8u* set, int lenSet, int* index) {
+    return find(kFirstOfSet, src, len, set, lenSet, index);
+}
+
+int zylsFindRevCAny_8u(const Zyl8u* src, int len, const Zyl8u* set, int lenSet, int* index) {
+    return find(kLastOfSet, src, len, set, lenSet, index);
+}
