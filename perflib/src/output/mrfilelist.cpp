@@ -1,0 +1,31 @@
+#include "output/mrfilelist.h"
+
+mrFileList::~mrFileList() { close(); }
+
+bool mrFileList::addStream(mrString name, bool append) {
+    auto stream = std::make_unique<o_stream>(name, IO_WRITE | IO_NOPATH | (append ? IO_APPEND : 0), true);
+    if (!stream->isOpen()) {
+        return false;
+    }
+    mrList::append(stream.get());
+    m_opened.push_back(std::move(stream));
+    return true;
+}
+
+void mrFileList::flush() {
+    for (o_stream* stream : *this) {
+        stream->flush();
+    }
+}
+
+void mrFileList::close() {
+    for (o_stream* stream : *this) {
+        stream->close();
+    }
+}
+
+void mrFileList::write(const mrString& text) {
+    for (o_stream* stream : *this) {
+        *stream << text;
+    }
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "output/mrstream.h"
+
+/// Output files that all receive the same text, in the order of adding. The streams opened here belong to the
+/// list, others that were put in it do not; at the end it closes them all.
+class mrFileList : public mrList<o_stream*> {
+  public:
+    mrFileList() = default;
+    mrFileList(const mrFileList&) = delete;
+    mrFileList& operator=(const mrFileList&) = delete;
+    ~mrFileList() override;
+
+    /// Opens a file by its full name and adds it; false, with a message, if it can't be opened.
+    bool addStream(mrString name, bool append);
+    void flush();
+    void close();
+
+  protected:
+    void write(const mrString& text);
+
+  private:
+    std::vector<std::unique_ptr<o_stream>> m_opened;
+};
