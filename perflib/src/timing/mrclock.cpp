@@ -1,0 +1,63 @@
+#include "timing/mrclock.h"
+
+#include <cstdlib>
+
+#include "zylcore.h"
+
+namespace {
+
+/// Known clock rates in MHz.
+constexpr int tamarin_mhz[] = {60,   66,   75,   90,   100,  120,  133,  150,  166,  185,  200,  220,  240,
+                               266,  300,  333,  400,  450,  500,  530,  550,  600,  800,  1000, 1400, 1700,
+                               1800, 1900, 2000, 2200, 2260, 2400, 2500, 2530, 2600, 2660, 2800, 3060};
+constexpr int FarthestRate = 1000;
+constexpr double RateTolerance = 0.03;
+
+/// Clocks of one turn of the second hand, waited for.
+Zyl64u clocksOfSecond() {
+    const Zyl64u clocks = zylGetCpuClocks();
+    const std::time_t start = std::time(nullptr);
+    while (std::difftime(std::time(nullptr), start) < 1.0) {
+    }
+    return zylGetCpuClocks() - clocks;
+}
+
+int measureMHz() {
+    // The first round only finds the turn of a second; the two after it last a full second each.
+    clocksOfSecond();
+    const auto second = static_cast<float>(clocksOfSecond());
+    const auto third = static_cast<float>(clocksOfSecond());
+    const float sum = second + third;
+    return static_cast<int>(static_cast<double>(sum) / 1000000.0 * 0.5);
+}
+
+}  // namespace
+
+int mrCpuTicker::m_freqMHz = 0;
+
+mrString mrDate::text(std::time_t moment) {
+    const char* line = std::ctime(&moment);
+    mrString text = line != nullptr ? line : "";
+    const int end = text.find("\n", 0);
+    return end == mrString::npos ? text : text.substr(0, end);
+}
+
+int mrCpuTicker::nominalFreq(int measuredMHz) {
+    int best = FarthestRate;
+    int rate = measuredMHz;
+    for (const int known : tamarin_mhz) {
+        const int distance = std::abs(known - measuredMHz);
+        if (distance < best) {
+            best = distance;
+            rate = known;
+        }
+    }
+    return measuredMHz > 0 && static_cast<double>(best) / measuredMHz < RateTolerance ? rate : measuredMHz;
+}
+
+int mrCpuTicker::getFreq() {
+    if (m_freqMHz == 0) {
+        m_freqMHz = nominalFreq(measureMHz());
+    }
+    return m_freqMHz;
+}
