@@ -1,0 +1,198 @@
+// The option table and the option pass, which reads and applies the keys of the command line.
+
+#include <cstdio>
+#include <memory>
+
+#include "mr.h"
+#include "output/mristream.h"
+#include "session/mroptiontable.h"
+#include "session/optionwords.h"
+#include "system/mrcpufeatures.h"
+
+namespace {
+
+bool isUsed(mrOptionUse use, bool libraryBound) {
+    switch (use) {
+        case mrOptionUse::NameTables:
+            return qKeys;
+        case mrOptionUse::Library:
+            return libraryBound;
+        default:
+            return true;
+    }
+}
+
+int exitLevel(const mrCommandList& keys) {
+    if (keys.isKey('?') || keys.isKey('h')) {
+        return MR_EXIT_HELP;
+    }
+    if (keys.isKey('e')) {
+        return MR_EXIT_LIST;
+    }
+    return keys.isKey('v') ? MR_EXIT_VERSION : 0;
+}
+
+/// The argument of the last such key, or the empty text.
+mrString lastArg(const mrCommandList& keys, char key) {
+    mrString arg;
+    keys.getArg(key, arg);
+    return arg;
+}
+
+bool fatal(const char* what) {
+    g_ostrm << "FATAL FAIL: can't open " << what << " for writing\n";
+    return false;
+}
+
+}  // namespace
+
+void mrSession::initSession() {
+    m_conditions = new mrConditions;
+    m_askMode = 0;
+    m_batMode = false;
+    m_quickMode = false;
+    m_enumMode = NoEnumeration;
+    m_levelMode = MSG_ERR;
+    const bool libraryBound = zyl_Init() != MR_NOT_BOUND;
+    for (const mrOptionRow& row : mrOptionTable) {
+        if (isUsed(row.m_use, libraryBound)) {
+            initOption(row.m_key, row.m_help, row.m_info, row.m_apply, row.m_descr,
+                       row.m_use == mrOptionUse::Hidden);
+        }
+    }
+}
+
+void mrSession::initOption(char key, mrString help, mrOption::Info info, mrOption::Apply apply,
+                           mrString descr, bool hidden) {
+    m_options.append(new mrOption{key, hidden, help, info, apply, descr});
+}
+
+mrOption* mrSession::getOption(char key) {
+    for (mrOption* option : m_options) {
+        if (option->m_key == key) {
+            return option;
+        }
+    }
+    return nullptr;
+}
+
+void mrSession::applyOption(char key, mrString arg) {
+    m_cmdText << "-" << key << arg << ": ";
+    const mrOption* option = getOption(key);
+    // Keys without operations are used up before; one that is met here came by a file and is not followed.
+    if (option == nullptr || option->m_info == nullptr || option->m_apply == nullptr) {
+        m_cmdText << "ignored: incorrect option key\n";
+        return;
+    }
+    m_cmdText << option->m_info(arg) << "\n";
+    option->m_apply(arg, this);
+}
+
+bool mrSession::parseCommandLine(int argc, char** argv) {
+    m_exePath = argc > 0 ? argv[0] : nullptr;
+    m_askMode = 0;
+    m_batMode = false;
+    m_quickMode = false;
+    m_enumMode = NoEnumeration;
+    m_nameMode = 0;
+    m_nameExit = false;
+    m_unopened = 0;
+    m_iniName = "";
+    readCommandLine(argc, argv);
+    m_exitLevel = exitLevel(*pCmdList);
+    setPaths();
+    g_ostrm.setOutLevel(MSG_ERR | MSG_WARN | MSG_PERF);
+    expandFileKeys();
+    for (const mrCommandKey& key : *pCmdList) {
+        applyOption(key.m_key, key.m_arg);
+    }
+    g_ostrm << m_cmdText;
+    m_cmdText = "";
+    if (m_unopened != 0) {
+        return fatal("output file");
+    }
+    // An ini file that can't be read has been told by its stream.
+    if (!m_iniName.empty() && !g_istrm.setIniFile(m_iniName, m_iniWrite) && m_iniWrite) {
+        return fatal("ini-file");
+    }
+    updateOptions();
+    return true;
+}
+
+/// Fills the store from the arguments, else from the .cfg file, else from the built-in line.
+void mrSession::readCommandLine(int argc, char** argv) {
+    delete pCmdList;
+    pCmdList = new mrCommandList;
+    m_cmdText = "Command line options: ";
+    mrString line;
+    mrString name;
+    if (argc > 1) {
+        pCmdList->setArgs(argc - 1, argv + 1);
+        m_cmdText << "\n";
+    } else if (readCfgFile(line, name)) {
+        pCmdList->setArgs(line.c_str());
+        m_cmdText << "read from " << name << " file\n";
+    } else if (pCmdLine != nullptr) {
+        pCmdList->setArgs(pCmdLine->c_str());
+        m_cmdText << "set by _FORCE_CMDLINE preprocessor definition\n";
+    } else {
+        m_cmdText = "";
+    }
+}
+
+/// The first line of the .cfg file, which stands in the current directory or beside the executable.
+bool mrSession::readCfgFile(mrString& line, mrString& name) {
+    name = m_exePath.getFileTitle() + ".cfg";
+    std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(name.c_str(), "r"), std::fclose);
+    if (file == nullptr) {
+        name = m_exePath.getFileDir() + name;
+        file.reset(std::fopen(name.c_str(), "r"));
+    }
+    if (file == nullptr) {
+        return false;
+    }
+    char text[1024] = "";
+    line = std::fgets(text, sizeof text, file.get());
+    return true;
+}
+
+/// These keys count wherever they stand, so they come before any key that names a file.
+void mrSession::setPaths() {
+    setInDir(lastArg(*pCmdList, 'p'));
+    setOutDir(lastArg(*pCmdList, 'l'));
+    setDefName(lastArg(*pCmdList, 'n'));
+}
+
+/// Puts the keys of each -@ file in place of that key. Inserted keys are not looked at again.
+void mrSession::expandFileKeys() {
+    for (auto key = pCmdList->begin(); key != pCmdList->end();) {
+        if (key->m_key != '@') {
+            ++key;
+            continue;
+        }
+        const mrString name = key->m_arg;
+        key = pCmdList->erase(key);
+        if (!pCmdList->insertFromFile(name, key)) {
+            unopenedFile();
+        }
+    }
+}
+
+void mrSession::setIniMode(mrString name, bool write) {
+    m_iniName = name;
+    m_iniWrite = write;
+}
+
+void mrSession::updateOptions() {
+    mrOption* features = getOption('T');
+    if (features != nullptr) {
+        const mrString descr = features->m_descr;
+        const int tab = descr.found("\t") ? descr.find("\t", 0) : descr.length();
+        features->m_descr = descr.substr(0, tab) + mrCpuFeatures::optimizedList() + descr.substr(tab + 1);
+    }
+    if (m_batMode) {
+        m_askMode = 0;
+    } else if (m_askMode == 0) {
+        m_askMode = AskTiming | AskCommon;
+    }
+}

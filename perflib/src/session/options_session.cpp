@@ -1,0 +1,83 @@
+#include <iterator>
+
+#include "session/options.h"
+#include "session/optionwords.h"
+
+namespace {
+
+struct AskItem {
+    const char* letter;
+    const char* text;
+};
+
+/// What -A chooses by capital letters; the bit of an item is its place. The last one comes only with all
+/// others.
+constexpr AskItem askItems[] = {
+    {"T", ", timing method"},
+    {"P", ", common parameters"},
+    {"M", ", data misalignment"},
+    {nullptr, ", each test parameters"},
+};
+constexpr int NumAskItems = std::size(askItems);
+constexpr int AskAllItems = (1 << NumAskItems) - 1;
+
+int askBits(const mrString& arg) {
+    int bits = 0;
+    for (int i = 0; i < NumAskItems - 1; ++i) {
+        bits |= arg.found(askItems[i].letter) ? 1 << i : 0;
+    }
+    return bits != 0 ? bits : AskAllItems;
+}
+
+/// s_hintArg for a help key with this argument.
+char hintArg(const mrString& arg) { return arg.empty() ? '\1' : arg[0]; }
+
+/// The words of -h and of -?; `full` is the letter that asks for the extended help.
+mrString helpInfo(const mrString& arg, char full, const char* which) {
+    if (arg.empty()) {
+        return mrString("type short help") + which + " and exit";
+    }
+    if (arg[0] == full) {
+        return mrString("type extended help") + which + " and exit";
+    }
+    mrString text = "type extended help for -";
+    return text << arg[0] << " key and exit";
+}
+
+}  // namespace
+
+mrString B_info(mrString) { return mrUnlessExit(MR_EXIT_LIST, "batch mode"); }
+
+void B_apply(mrString, mrSession* session) { session->setBatMode(true); }
+
+/// The blank behind "ask" goes with the first comma.
+mrString A_info(mrString arg) {
+    static_assert(AskAllItems == mrSession::AskAll && mrSession::AskTiming == 1 &&
+                  mrSession::AskCommon == 2 && mrSession::AskAlignment == 4);
+    const int bits = askBits(arg);
+    mrString items;
+    for (int i = 0; i < NumAskItems; ++i) {
+        items << ((bits & (1 << i)) != 0 ? askItems[i].text : "");
+    }
+    return mrUnlessExit(MR_EXIT_LIST, mrPhrase("ask", items.substr(2), " from console"));
+}
+
+void A_apply(mrString arg, mrSession* session) { session->addAskMode(askBits(arg)); }
+
+mrString v_info(mrString) { return "type the version number of the Metrig and exit"; }
+
+void v_apply(mrString, mrSession*) { s_version = true; }
+
+mrString h_info(mrString arg) { return helpInfo(arg, 'h', ""); }
+
+void h_apply(mrString arg, mrSession*) {
+    s_hintHide = true;
+    s_hintArg = hintArg(arg);
+}
+
+mrString hq_info(mrString arg) { return helpInfo(arg, '?', " with hidden keys"); }
+
+void hq_apply(mrString arg, mrSession*) {
+    s_hintHide = false;
+    s_hintArg = hintArg(arg);
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "mr.h"
+
+/// Levels of the exit keys, see mrSession::isExit.
+enum mrExitLevel : int { MR_EXIT_LIST = 1, MR_EXIT_HELP = 2, MR_EXIT_VERSION = 3 };
+
+/// The three pieces as one text.
+mrString mrPhrase(const char* before, mrString text, const char* after = "");
+/// `text`, unless an exit key of at least this level makes the key useless.
+mrString mrUnlessExit(int level, mrString text);
+
+/// The number that a key takes from its argument; 0 if there is none.
+int mrNumber(mrString arg);
+/// `before`, the argument and `after`, or, for a number below 1, that the number of `what` is wrong.
+mrString mrNumberInfo(mrString arg, const char* before, const char* after, const char* what);
