@@ -1,0 +1,113 @@
+// Joining a list of texts of nearly equal length, with and without a delimiter, and splitting the joined text
+// again.
+
+#include "p_common.h"
+#include "zy.h"
+
+namespace {
+
+constexpr const char* SourceFile = "perf/p_chconcatd2_ia";
+
+mrStepIterator<int> numSrcArg;
+std::unique_ptr<zyVector[]> src;
+std::unique_ptr<Zyl8u*[]> pSrc;
+std::unique_ptr<int[]> srcLen;
+zyVector dst;
+Zyl8u* pDst;
+int dstLen;
+int numSrc;  // in and out of the split, so what was allocated is counted on its own
+int allocated;
+Zyl8u delim_8u;
+
+ZY_ENTRY int tcall_zylsConcat_8u_D2L() { return zylsConcat_8u_D2L(pSrc.get(), srcLen.get(), numSrc, pDst); }
+
+ZY_ENTRY int tcall_zylsConcatC_8u_D2L() {
+    return zylsConcatC_8u_D2L(pSrc.get(), srcLen.get(), numSrc, delim_8u, pDst);
+}
+
+ZY_ENTRY int tcall_zylsSplitC_8u_D2L() {
+    return zylsSplitC_8u_D2L(pDst, dstLen, delim_8u, pSrc.get(), srcLen.get(), &numSrc);
+}
+
+class TimsConcatD2L : public zyTest {
+  public:
+    using zyTest::zyTest;
+
+    bool canStart() override {
+        m_parms.append(&g_vectorLength);
+        m_parms.append(&numSrcArg);
+        numSrcArg.reset();
+        numSrcArg.setName("numSrc");
+        numSrcArg.setSteps(2, 16, OprtnMul, 2);
+        dst.init(func, zyArgSrc);
+        return true;
+    }
+
+    bool initData() override {
+        dstLen = g_vectorLength.value();
+        numSrc = numSrcArg.value();
+        allocated = 0;
+        if (numSrc < 1) {
+            return false;
+        }
+        src = std::make_unique<zyVector[]>(static_cast<std::size_t>(numSrc));
+        pSrc = std::make_unique<Zyl8u*[]>(static_cast<std::size_t>(numSrc));
+        srcLen = std::make_unique<int[]>(static_cast<std::size_t>(numSrc));
+        if (!createPieces() ||
+            !dst.createVectorExt(dstLen, mrGetVectorShift() * numSrc, SetDefault, 0.0, 0.0)) {
+            return false;
+        }
+        pDst = dst.data<Zyl8u>();
+        if (func.found("SplitC")) {
+            zylsConcatC_8u_D2L(pSrc.get(), srcLen.get(), numSrc, delim_8u, pDst);
+            --dstLen;
+        }
+        return true;
+    }
+
+    void flushData() override {
+        dst.deleteVector();
+        for (int i = 0; i < allocated; ++i) {
+            src[static_cast<std::size_t>(i)].deleteVector();
+        }
+        src.reset();
+        pSrc.reset();
+        srcLen.reset();
+    }
+
+    double getDivisor() override { return g_vectorLength.value(); }
+    mrString getUnit() override { return "e"; }
+
+  private:
+    /// Equal pieces, the last ones shorter where the total would exceed the length; with delimiters one place
+    /// each is kept free for them. False at the first piece that has no length left.
+    bool createPieces() {
+        int piece = (dstLen + numSrc - 1) / numSrc;
+        int offset = 0;
+        if (func.found("SplitC") || func.found("ConcatC")) {
+            --piece;
+            offset = numSrc - 1;
+        }
+        for (int i = 0; i < numSrc; ++i) {
+            if (offset + piece > dstLen) {
+                piece = dstLen - offset;
+            }
+            offset += piece;
+            const auto at = static_cast<std::size_t>(i);
+            srcLen[at] = piece;
+            src[at].init(func, zyArgSrc);
+            if (!src[at].createVectorExt(piece, mrGetVectorShift() * i, SetDefault, 0.0, 0.0)) {
+                return false;
+            }
+            pSrc[at] = src[at].data<Zyl8u>();
+            allocated = i + 1;
+        }
+        return true;
+    }
+};
+
+ZY_REG(TimsConcatD2L, zylsConcat_8u_D2L)
+ZY_REG(TimsConcatD2L, zylsConcatC_8u_D2L)
+ZY_REG(TimsConcatD2L, zylsSplitC_8u_D2L)
+
+}  // namespace

@@ -1,0 +1,131 @@
+// UTF conversion of random code points over the whole range: mostly four bytes of UTF-8 and two units of
+// UTF-16, with the lone surrogates that chance brings.
+
+#include "p_common.h"
+#include "zy.h"
+
+namespace {
+
+constexpr const char* SourceFile = "perf/p_chcvtutf_vl";
+
+constexpr double LastCodePoint = 1114111.0;
+constexpr int LongestUTF8 = 6;
+constexpr int LongestUTF16 = 2;
+
+// By the number of following bytes: the last code point that needs no more, and the bits of the first byte.
+constexpr Zyl32u UTF8_table1[] = {127, 2047, 65535, 2097151, 67108863, 2147483647};
+constexpr Zyl32u UTF8_table2[] = {0, 192, 224, 240, 248, 252};
+
+zyVector srcUni;
+zyVector srcU8;
+zyVector dstU16;
+zyVector dstU8;
+int srcLen;
+int dstLen;
+int srcU8Len;
+int dstU16Len;
+void* pSrc;
+void* pDst;
+
+// The lengths are in and out and nothing puts them back: from the second call on they are exactly what the
+// library returned.
+
+ZY_ENTRY int tcall_zylsConvertUTF_8u16u() {
+    return zylsConvertUTF_8u16u(static_cast<Zyl8u*>(pSrc), &srcLen, static_cast<Zyl16u*>(pDst), &dstLen, 0);
+}
+
+ZY_ENTRY int tcall_zylsConvertUTF_16u8u() {
+    return zylsConvertUTF_16u8u(static_cast<Zyl16u*>(pSrc), &srcLen, static_cast<Zyl8u*>(pDst), &dstLen, 0);
+}
+
+/// Lifts the second of a surrogate pair above the range, so that no two neighbours form a pair; lone ones
+/// stay.
+void cleanSurrogates(Zyl32u* points, int count) {
+    for (int i = 0; i + 1 < count; ++i) {
+        const bool high = points[i] >= 0xD800 && points[i] <= 0xDBFF;
+        const bool low = points[i + 1] >= 0xDC00 && points[i + 1] <= 0xDFFF;
+        if (high && low) {
+            points[i + 1] += 0xDC00;
+        }
+    }
+}
+
+/// Writes one code point; returns the number of bytes.
+int encodeUTF8(Zyl32u point, Zyl8u* bytes) {
+    int following = 0;
+    while (UTF8_table1[following] < point) {
+        ++following;
+    }
+    Zyl32u rest = point;
+    for (int i = following; i > 0; --i) {
+        bytes[i] = static_cast<Zyl8u>(0x80u | (rest & 0x3Fu));
+        rest >>= 6;
+    }
+    bytes[0] = static_cast<Zyl8u>(UTF8_table2[following] | rest);
+    return following + 1;
+}
+
+class TimsCvtUTF : public zyTest {
+  public:
+    using zyTest::zyTest;
+
+    bool canStart() override {
+        m_parms.append(&g_vectorLength);
+        m_from8 = func.found("zylsConvertUTF_8u16u");
+        srcUni.init(zyFunc("_32u"), zyArgSrc);
+        srcU8.init(zyFunc("_8u"), zyArgSrc);
+        dstU16.init(zyFunc("_16u"), zyArgSrc);
+        dstU8.init(zyFunc("_8u"), zyArgSrc);
+        return true;
+    }
+
+    bool initData() override {
+        const int count = g_vectorLength.value();
+        srcLen = count;
+        if (!srcUni.createVector(count, SetRandomRange, 0.0, LastCodePoint) ||
+            !srcU8.createVector(LongestUTF8 * count, SetZero, 0.0, 0.0) ||
+            !dstU16.createVector(LongestUTF16 * count, SetZero, 0.0, 0.0) ||
+            !dstU8.createVector(LongestUTF8 * count, SetZero, 0.0, 0.0)) {
+            return false;
+        }
+        auto* points = srcUni.data<Zyl32u>();
+        cleanSurrogates(points, count);
+        srcU8Len = 0;
+        for (int i = 0; i < count; ++i) {
+            srcU8Len += encodeUTF8(points[i], srcU8.data<Zyl8u>() + srcU8Len);
+        }
+        if (m_from8) {
+            dstLen = LongestUTF16 * count;
+            srcLen = srcU8Len;
+            pSrc = srcU8.data<Zyl8u>();
+            pDst = dstU16.data<Zyl16u>();
+        } else {
+            dstU16Len = LongestUTF16 * count;
+            zylsConvertUTF_8u16u(srcU8.data<Zyl8u>(), &srcU8Len, dstU16.data<Zyl16u>(), &dstU16Len, 0);
+            dstLen = LongestUTF8 * count;
+            srcLen = dstU16Len;
+            pSrc = dstU16.data<Zyl16u>();
+            pDst = dstU8.data<Zyl8u>();
+        }
+        return true;
+    }
+
+    void flushData() override {
+        srcUni.deleteVector();
+        srcU8.deleteVector();
+        dstU16.deleteVector();
+        dstU8.deleteVector();
+    }
+
+    /// The bytes of UTF-8 in both directions, as the library reported them.
+    double getDivisor() override { return static_cast<unsigned>(m_from8 ? srcLen : dstLen); }
+    mrString getUnit() override { return "e"; }
+
+  private:
+    bool m_from8 = false;
+};
+
+ZY_REG(TimsCvtUTF, zylsConvertUTF_8u16u)
+ZY_REG(TimsCvtUTF, zylsConvertUTF_16u8u)
+
+}  // namespace

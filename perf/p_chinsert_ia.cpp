@@ -1,0 +1,98 @@
+// Insertion and removal of half the length, at the middle or a quarter into the text.
+
+#include "p_common.h"
+#include "zy.h"
+
+namespace {
+
+constexpr const char* SourceFile = "perf/p_chinsert_ia";
+
+zyVector src;
+zyVector insert;
+zyVector dst;
+Zyl8u* pSrc;
+Zyl8u* pInsert;
+Zyl8u* pDst;
+int srcLen;
+int subLen;
+int startIndex;
+int srcDstLen;
+
+ZY_ENTRY int tinit_srcDstLen() {
+    srcDstLen = srcLen;
+    return 0;
+}
+
+ZY_ENTRY int tcall_zylsInsert_8u_I() {
+    return zylsInsert_8u_I(pInsert, subLen, pSrc, &srcDstLen, startIndex);
+}
+ZY_ENTRY int tcall_zylsRemove_8u_I() { return zylsRemove_8u_I(pSrc, &srcDstLen, startIndex, subLen); }
+ZY_ENTRY int tcall_zylsInsert_8u() { return zylsInsert_8u(pSrc, srcLen, pInsert, subLen, pDst, startIndex); }
+ZY_ENTRY int tcall_zylsRemove_8u() { return zylsRemove_8u(pSrc, srcLen, pDst, startIndex, subLen); }
+
+class TimchInsert : public zyTest {
+  public:
+    using zyTest::zyTest;
+
+    bool canStart() override {
+        m_insert = func.found("Insert");
+        m_parms.append(&g_vectorLength);
+        src.init(func, zyArgSrc);
+        insert.init(func, zyArgSrc);
+        dst.init(func, zyArgSrc);
+        return true;
+    }
+
+    bool initData() override {
+        const int length = g_vectorLength.value();
+        const int buffer = layOut(length);
+        if (!src.createVectorExt(buffer, 0, SetDefault, 0.0, 0.0) ||
+            !insert.createVectorExt(subLen, mrGetVectorShift(), SetDefault, 0.0, 0.0) ||
+            !dst.createVectorExt(buffer, 2 * mrGetVectorShift(), SetDefault, 0.0, 0.0)) {
+            return false;
+        }
+        pSrc = src.data<Zyl8u>();
+        pInsert = insert.data<Zyl8u>();
+        pDst = dst.data<Zyl8u>();
+        return true;
+    }
+
+    void flushData() override {
+        src.deleteVector();
+        insert.deleteVector();
+        dst.deleteVector();
+    }
+
+    void parmsToOstrm() override {
+        zyTest::parmsToOstrm();
+        g_ostrm << "  srcLen=" << mrText(srcLen) << "  startIndex=" << mrText(startIndex)
+                << (m_insert ? "  insertLen=" : "  removeLen=") << mrText(subLen);
+    }
+
+    double getDivisor() override { return g_vectorLength.value(); }
+    mrString getUnit() override { return "e"; }
+
+  private:
+    /// Sets lengths and place; returns the length of the buffers.
+    int layOut(int length) const {
+        const int half = length >> 1;
+        subLen = half;
+        if (func.inplace()) {
+            startIndex = half;
+            srcLen = m_insert ? length : 2 * length;
+            return 2 * length;
+        }
+        startIndex = length / 4;
+        srcLen = m_insert ? half : length + half;
+        return m_insert ? length & ~1 : length + half;
+    }
+
+    bool m_insert = false;
+};
+
+ZY_REG_I(TimchInsert, zylsInsert_8u_I, tinit_srcDstLen)
+ZY_REG_I(TimchInsert, zylsRemove_8u_I, tinit_srcDstLen)
+ZY_REG(TimchInsert, zylsInsert_8u)
+ZY_REG(TimchInsert, zylsRemove_8u)
+
+}  // namespace

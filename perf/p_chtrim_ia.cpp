@@ -1,0 +1,60 @@
+// Trimming of a text that is nothing but the character to trim.
+
+#include "p_common.h"
+#include "zy.h"
+
+namespace {
+
+constexpr const char* SourceFile = "perf/p_chtrim_ia";
+constexpr Zyl8u Trimmed = 3;
+
+zyVector src;
+zyVector dst;
+Zyl8u* pSrc;
+Zyl8u* pDst;
+int srcLen;
+int dstLen;
+
+ZY_ENTRY int tinit_dstLen() {
+    dstLen = srcLen;
+    return 0;
+}
+
+ZY_ENTRY int tcall_zylsTrimC_8u_I() { return zylsTrimC_8u_I(pSrc, &dstLen, Trimmed); }
+ZY_ENTRY int tcall_zylsTrimC_8u() { return zylsTrimC_8u(pSrc, srcLen, Trimmed, pDst, &dstLen); }
+
+class TimsTrim : public zyTest {
+  public:
+    using zyTest::zyTest;
+
+    bool canStart() override {
+        m_parms.append(&g_vectorLength);
+        src.init(func, zyArgSrc);
+        dst.init(func, zyArgSrc);
+        return true;
+    }
+
+    bool initData() override {
+        srcLen = g_vectorLength.value();
+        if (!src.createVectorExt(srcLen, 0, SetValue, Trimmed, 0.0) ||
+            !dst.createVectorExt(srcLen, mrGetVectorShift(), SetDefault, 0.0, 0.0)) {
+            return false;
+        }
+        pSrc = src.data<Zyl8u>();
+        pDst = dst.data<Zyl8u>();
+        return true;
+    }
+
+    void flushData() override {
+        src.deleteVector();
+        dst.deleteVector();
+    }
+
+    double getDivisor() override { return srcLen; }
+    mrString getUnit() override { return "e"; }
+};
+
+ZY_REG_I(TimsTrim, zylsTrimC_8u_I, tinit_dstLen)
+ZY_REG_I(TimsTrim, zylsTrimC_8u, tinit_dstLen)
+
+}  // namespace

@@ -1,0 +1,6 @@
+#pragma once
+
+#include "test/mrstepiterator.h"
+
+/// The common parameter "VectorLength", shared by the suites.
+extern mrStepIterator<int> g_vectorLength;
