@@ -1,0 +1,33 @@
+# Flags of every target, GoogleTest included. Flags of one target stand with it.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+
+# Release is CMake's -O3 -DNDEBUG otherwise. Figures are of -O2, and checks stay in.
+if(NOT CMAKE_BUILD_TYPE)
+    set(CMAKE_BUILD_TYPE Release)
+endif()
+set(CMAKE_CXX_FLAGS_RELEASE "-O2")
+
+# The build type of the address-checked build. A finding ends the program, or a test would not fail by it.
+set(checks "-fsanitize=address,undefined")
+set(CMAKE_CXX_FLAGS_ASAN "-O1 -g ${checks} -fno-sanitize-recover=all -fno-omit-frame-pointer")
+set(CMAKE_EXE_LINKER_FLAGS_ASAN ${checks})
+set(CMAKE_SHARED_LINKER_FLAGS_ASAN ${checks})
+
+# Fused multiply-add would give other last bits on machines that have it. No link-time optimisation: it would
+# look across the objects and pull code into the timed stretch.
+add_compile_options(-ffp-contract=off)
+set(CMAKE_INTERPROCEDURAL_OPTIMIZATION OFF)
+
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    add_compile_definitions(_FILE_OFFSET_BITS=64 _TIME_BITS=64)  # dates hold past 2038
+endif()
+
+# RUNPATH and not RPATH: LD_LIBRARY_PATH must be able to put another library in place.
+add_link_options(-Wl,--enable-new-dtags)
+
+add_library(metrig_warnings INTERFACE)
+target_compile_options(metrig_warnings INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion $<$<BOOL:${METRIG_WERROR}>:-Werror>)

@@ -1,0 +1,64 @@
+# The tests, each program from the sources that stand in its folder.
+
+set(METRIG_GOOGLETEST /usr/src/googletest CACHE PATH "Sources of GoogleTest")
+set(BUILD_GMOCK OFF)
+set(INSTALL_GTEST OFF)
+add_subdirectory(${METRIG_GOOGLETEST} googletest EXCLUDE_FROM_ALL)
+include(GoogleTest)
+
+# What tests may ask of the tree they run in.
+add_library(test_surroundings INTERFACE)
+target_include_directories(test_surroundings INTERFACE ${CMAKE_SOURCE_DIR}/tests)
+target_compile_definitions(test_surroundings INTERFACE
+    METRIG_SOURCE_DIR="${CMAKE_SOURCE_DIR}"
+    METRIG_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}"
+    METRIG_LIB_DIR="${CMAKE_LIBRARY_OUTPUT_DIRECTORY}"
+    METRIG_OBJDUMP="${CMAKE_OBJDUMP}")
+
+# Defines executable `name` from `sources`, linked with the rest of the arguments; nothing without sources.
+function(add_test_program name sources)
+    if(NOT sources)
+        return()
+    endif()
+    file(GLOB support CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/support/*.cpp)
+    add_executable(${name} ${sources} ${support})
+    target_link_libraries(${name} PRIVATE ${ARGN} GTest::gtest_main test_surroundings metrig_warnings)
+endfunction()
+
+# Every test case of unit test program `name` is a test of its own.
+function(discover_cases name seconds)
+    if(TARGET ${name})
+        gtest_discover_tests(${name} TEST_PREFIX ${name}. DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT ${seconds})
+    endif()
+endfunction()
+
+file(GLOB_RECURSE unit_sources CONFIGURE_DEPENDS tests/unit/*_test.cpp)
+set(zylch_test_sources ${unit_sources})
+list(FILTER unit_sources EXCLUDE REGEX "/tests/unit/zylch/")
+list(FILTER zylch_test_sources INCLUDE REGEX "/tests/unit/zylch/")
+
+add_test_program(unit_tests "${unit_sources}" perflib ${ZYL_LIBRARIES})
+discover_cases(unit_tests 60)
+if(NOT ZYL_ROOT)
+    add_test_program(zylch_tests "${zylch_test_sources}" ${ZYL_LIBRARIES})
+    discover_cases(zylch_tests 120)
+endif()
+
+# Whole-program tests. The cases of a suite share one run of the program, so a suite is one test here. Of the
+# address-checked programs only the start is of interest: their figures and their code are not the product's.
+file(GLOB run_sources CONFIGURE_DEPENDS tests/run/*_test.cpp)
+if(TARGET metrig)
+    add_test_program(run_tests "${run_sources}")
+endif()
+if(TARGET run_tests)
+    add_dependencies(run_tests metrig metrig-bare)
+    set(run_list ${CMAKE_BINARY_DIR}/run_tests_suites.cmake)
+    add_custom_command(TARGET run_tests POST_BUILD VERBATIM
+        COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:run_tests> -DLIST=${run_list} -DTIMEOUT=300
+                "-DSUITES=$<IF:$<CONFIG:Asan>,^Construction,.>"
+                -P ${CMAKE_SOURCE_DIR}/cmake/discover_suites.cmake)
+    file(WRITE ${CMAKE_BINARY_DIR}/run_tests.cmake
+        "if(EXISTS \"${run_list}\")\n  include(\"${run_list}\")\n"
+        "else()\n  add_test(run_tests_NOT_BUILT run_tests_NOT_BUILT)\nendif()\n")
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${CMAKE_BINARY_DIR}/run_tests.cmake)
+endif()
