@@ -24,6 +24,9 @@ mrString cutType(mrString& types) {
     return token;
 }
 
+/// True for a character that can only stand in the base of a name, as long as all before it do.
+bool isInBase(char c) { return c != '_' && c != '\0'; }
+
 bool isOneOf(const mrString& name, std::initializer_list<const char*> names) {
     for (const char* candidate : names) {
         if (name == candidate) {
@@ -99,13 +102,25 @@ mrString zyFunc::descrName() const {
     return descr;
 }
 
-int zyFunc::compare(zyFunc other) const {
-    const int names = (prefix() + baseName()).compare(other.prefix() + other.baseName());
+int zyFunc::compare(const zyFunc& other) const {
+    // Most names differ before the first underscore, so inside the base: no need to take them apart.
+    int at = 0;
+    while (isInBase((*this)[at]) && (*this)[at] == other[at]) {
+        ++at;
+    }
+    if (isInBase((*this)[at]) && isInBase(other[at])) {
+        return static_cast<signed char>((*this)[at]) < static_cast<signed char>(other[at]) ? -1 : 1;
+    }
+    mrString base, types, descr;
+    parseFunction(base, types, descr);
+    mrString otherBase, otherTypes, otherDescr;
+    other.parseFunction(otherBase, otherTypes, otherDescr);
+    const int names = (prefix() + base).compare(other.prefix() + otherBase);
     if (names != 0) {
         return names;
     }
-    const int types = compareTypes(typeName(), other.typeName());
-    return types != 0 ? types : compareDescr(descrName(), other.descrName());
+    const int byTypes = compareTypes(types, otherTypes);
+    return byTypes != 0 ? byTypes : compareDescr(descr, otherDescr);
 }
 
 int zyFunc::compareTypes(mrString a, mrString b) {

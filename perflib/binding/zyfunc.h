@@ -10,7 +10,7 @@ class zyFunc : public mrString {
   public:
     zyFunc() = default;
     zyFunc(const char* name) : mrString(name) {}
-    zyFunc(mrString name) : mrString(name) {}
+    zyFunc(const mrString& name) : mrString(name) {}
 
     /// "zyls" or "zyli", or empty.
     mrString prefix() const;
@@ -23,7 +23,7 @@ class zyFunc : public mrString {
                        mrString& descr) const;
 
     /// The order of the test list: negative, 0 or positive by prefix and base, then types, then descriptor.
-    int compare(zyFunc other) const;
+    int compare(const zyFunc& other) const;
     /// By value type for type, unsigned before signed before floating, a complex type right behind its real
     /// one.
     static int compareTypes(mrString a, mrString b);

@@ -46,7 +46,7 @@ int zylsRegExpFind_8u(const Zyl8u* src, int len, void* state, ZylRegExpFind foun
     if (len < 0 || *count < 0)
         return zylStsSizeErr;
     const int status = checkState(state);
-    if (status != zylStsNoErr || *count == 0)
+    if (status != zylStsNoErr)
         return status;
     Matcher matcher(State(state), src, len);
     return matcher.global() ? findAll(matcher, found, count) : findOne(matcher, found, count);

@@ -67,13 +67,13 @@ Outcome Matcher::search(std::uint32_t from) {
     return Outcome::none;
 }
 
-// The first place from `from` on where a match can begin; beyond the end if there is none.
+// Goes over places where no match can begin.
 std::uint32_t Matcher::firstCandidate(std::uint32_t from) const {
-    if (m_firstByte == kNone || from > m_len)
-        return from;
-    while (from < m_len && !matches(m_code + m_firstByte, m_src[from]))
-        ++from;
-    return from < m_len ? from : m_len + 1;
+    if (m_firstByte != kNone) {
+        while (from < m_len && !matches(m_code + m_firstByte, m_src[from]))
+            ++from;
+    }
+    return from;
 }
 
 Outcome Matcher::matchAt(std::uint32_t start) {
