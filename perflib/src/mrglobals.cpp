@@ -62,8 +62,8 @@ mrString mrTool::path_tmp;
 
 mrString mrTestList::m_startFunc;
 
-o_stream c_out(stdout);
-i_stream c_in(stdin);
+o_stream c_out(stdout, "stdout");
+i_stream c_in(stdin, "stdin");
 mrOStream g_ostrm;
 mrCStream g_cstrm;
 mrCStream g_qstrm;

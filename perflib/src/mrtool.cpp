@@ -26,6 +26,7 @@ int shifted(int value, int count, bool left) {
 }
 
 constexpr int TimingLine = 845;
+constexpr int LongestAccuracy = 18;
 
 }  // namespace
 
@@ -171,7 +172,7 @@ void mrTool::updateResult(mrResult result) {
 
 mrString mrTool::getAccuracyStr(double accuracy) {
     const double percent = accuracy * 100.0;
-    return mrFormat(percent < 0.1 ? "%.2f%c" : "%.1f%c", percent, '%');
+    return mrFormat(percent < 0.1 ? "%.2f%c" : "%.1f%c", percent, '%').substr(0, LongestAccuracy);
 }
 
 void writeInfo(mrString& text) {

@@ -19,6 +19,8 @@ void mrFileList::flush() {
 }
 
 void mrFileList::close() {
+    // What can't be written shows while all files are open still, so that the others take the message.
+    flush();
     for (o_stream* stream : *this) {
         stream->close();
     }

@@ -14,6 +14,12 @@ void mrOStream::restoreMsgLevel() {
     m_msgStack.erase(m_msgStack.begin());
 }
 
+void mrOStream::restoreMsgDepth(int depth) {
+    for (int excess = msgDepth() - depth; excess > 0; --excess) {
+        restoreMsgLevel();
+    }
+}
+
 bool mrOStream::beginMessage(MessageLevel level) {
     if (static_cast<int>(level) > m_outLevel) {
         return false;

@@ -30,6 +30,10 @@ class mrOStream : public mrFileList {
     void setMsgLevel(MessageLevel level);
     /// Back to the level before; MSG_ERR if none was saved.
     void restoreMsgLevel();
+    /// The number of levels saved, and back to an earlier number: for what was left in the middle of a
+    /// message.
+    int msgDepth() const { return m_msgStack.size(); }
+    void restoreMsgDepth(int depth);
 
     /// Asks ahead whether a message of this level is worth building: compares as numbers, so it is wider than
     /// the filter of the printing itself. Only after true is the level set, and endMessage owed.

@@ -3,8 +3,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 
 #include "output/mrostream.h"
@@ -21,7 +23,6 @@ bool writeTo(o_stream& file, const mrString& text) {
     return std::ferror(file.file()) == 0;
 }
 
-/// Closed by the time it comes back.
 bool writeInPlace(const mrString& name, const mrString& text) {
     o_stream file(name, IO_WRITE | IO_NOPATH, true);
     return writeTo(file, text);
@@ -39,51 +40,50 @@ mrString linkTarget(const mrString& name) {
     return path != nullptr ? mrString(path.get()) : name;
 }
 
-/// A file on its way to take the place of another; removed unless it gets there.
+/// A file on its way to take the place of `name`; removed unless it gets there.
 class FileBeside {
   public:
-    explicit FileBeside(const mrString& target)
-        : m_target(target), m_name(target + ".tmp" + mrText(static_cast<int>(getpid()))) {}
+    explicit FileBeside(const mrString& name)
+        : m_name(name),
+          m_target(linkTarget(name)),
+          m_beside(m_target + ".tmp" + mrText(static_cast<int>(getpid()))) {}
     FileBeside(const FileBeside&) = delete;
     FileBeside& operator=(const FileBeside&) = delete;
     ~FileBeside() {
         if (m_made) {
-            std::remove(m_name.c_str());
+            std::remove(m_beside.c_str());
         }
     }
 
-    /// False if the folder does not take it, or not with the target's owner.
-    bool make(const struct stat& like) {
-        m_made = o_stream(m_name, IO_WRITE | IO_NOPATH, false).isOpen();
-        return m_made && takeOwnerAndMode(m_name, like);
+    /// False if what stands at `name` is no file, or its folder does not take another of that owner.
+    bool make() {
+        struct stat old = {};
+        if (stat(m_target.c_str(), &old) != 0 || !S_ISREG(old.st_mode)) {
+            return false;
+        }
+        m_made = o_stream(m_beside, IO_WRITE | IO_NOPATH, false).isOpen();
+        return m_made && takeOwnerAndMode(m_beside, old);
     }
-    bool write(const mrString& text) {
-        o_stream file(m_name, IO_WRITE | IO_NOPATH, true);
+    /// A failure is told under the name that the user knows.
+    bool write(const mrString& text) const {
+        o_stream file(std::fopen(m_beside.c_str(), "w"), m_name.c_str());
         return writeTo(file, text);
     }
     bool moveOver() {
-        m_made = std::rename(m_name.c_str(), m_target.c_str()) != 0;
+        m_made = std::rename(m_beside.c_str(), m_target.c_str()) != 0;
+        if (m_made) {
+            const char* reason = std::strerror(errno);
+            g_ostrm << MSG_ERR << "-- Can't write file " << m_name << ": " << reason << "\n" << MSG_END;
+        }
         return !m_made;
     }
 
   private:
-    mrString m_target;
     mrString m_name;
+    mrString m_target;
+    mrString m_beside;
     bool m_made = false;
 };
-
-bool replace(const mrString& name, const mrString& text) {
-    const mrString target = linkTarget(name);
-    struct stat old = {};
-    if (stat(target.c_str(), &old) != 0 || !S_ISREG(old.st_mode)) {
-        return writeInPlace(name, text);
-    }
-    FileBeside beside(target);
-    if (!beside.make(old)) {
-        return writeInPlace(name, text);
-    }
-    return beside.write(text) && beside.moveOver();
-}
 
 }  // namespace
 
@@ -93,9 +93,6 @@ bool mrReplaceFile(mrString name, const mrString& text) {
     if (!o_stream(name, IO_WRITE | IO_APPEND | IO_NOPATH, true).isOpen()) {
         return false;
     }
-    if (!replace(name, text)) {
-        g_ostrm << MSG_ERR << "-- Can't write file " << name << "\n" << MSG_END;
-        return false;
-    }
-    return true;
+    FileBeside beside(name);
+    return beside.make() ? beside.write(text) && beside.moveOver() : writeInPlace(name, text);
 }

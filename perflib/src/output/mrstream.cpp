@@ -1,5 +1,6 @@
 #include "output/mrstream.h"
 
+#include <cerrno>
 #include <cstring>
 
 #include "mr.h"
@@ -51,6 +52,7 @@ void reportFailure(const mrString& path, int mode) {
 
 io_stream::io_stream(mrString name, int mode, bool verbose) : m_file(nullptr) {
     const mrString path = name.empty() ? name : openPath(name, mode);
+    m_name = path;
     if (!path.empty()) {
         m_file = std::fopen(path.c_str(), openMode(mode).c_str());
     }
@@ -61,22 +63,40 @@ io_stream::io_stream(mrString name, int mode, bool verbose) : m_file(nullptr) {
 
 io_stream::~io_stream() { close(); }
 
+void io_stream::reportUnwritten() {
+    const char* reason = std::strerror(errno);
+    if (!m_unwritten) {
+        m_unwritten = true;
+        g_ostrm << MSG_ERR << "-- Can't write file " << m_name << ": " << reason << "\n" << MSG_END;
+    }
+}
+
 void io_stream::flush() {
-    if (m_file != nullptr) {
-        std::fflush(m_file);
+    if (m_file != nullptr && std::fflush(m_file) != 0) {
+        reportUnwritten();
     }
 }
 
 void io_stream::close() {
-    flush();
-    if (m_file != nullptr && m_file != stdout && m_file != stdin) {
-        std::fclose(m_file);
+    if (m_file == nullptr) {
+        return;
+    }
+    if (isStandard()) {
+        flush();
+    } else if (std::fclose(m_file) != 0) {
+        reportUnwritten();
     }
     m_file = nullptr;
 }
 
+void o_stream::write(const mrString& text) {
+    if (std::fputs(text.c_str(), isOpen() ? file() : stdout) == EOF) {
+        reportUnwritten();
+    }
+}
+
 o_stream& operator<<(o_stream& stream, mrString text) {
-    std::fputs(text.c_str(), stream.isOpen() ? stream.file() : stdout);
+    stream.write(text);
     return stream;
 }
 

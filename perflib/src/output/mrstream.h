@@ -13,14 +13,15 @@ enum IoMode : int {
     IO_NOPATH = 0x100,  ///< take the name as it stands, without input or output directory
 };
 
-/// One open file. Closes it at its end; the process's standard streams are flushed and left open.
+/// One open file. Closes it at its end; the process's standard streams are flushed and left open. A write
+/// that fails is told on g_ostrm once a file, and the run goes on.
 class io_stream {
   public:
     /// Opens `name`; `mode` is a set of IoMode bits. A relative name gets the session's input or output
     /// directory. A file that can't be opened leaves isOpen() false, with a message on g_ostrm if `verbose`.
     io_stream(mrString name, int mode, bool verbose);
     /// Over a standard stream of the process.
-    explicit io_stream(FILE* standard) : m_file(standard) {}
+    explicit io_stream(FILE* standard, const char* name = "") : m_file(standard), m_name(name) {}
     io_stream(const io_stream&) = delete;
     io_stream& operator=(const io_stream&) = delete;
     virtual ~io_stream();
@@ -31,12 +32,23 @@ class io_stream {
     void close();
 
   protected:
+    /// Tells what the system says of the operation before, unless a failure of this file was told already.
+    void reportUnwritten();
+
     FILE* m_file;
+
+  private:
+    bool isStandard() const { return m_file == stdin || m_file == stdout; }
+
+    mrString m_name;
+    bool m_unwritten = false;
 };
 
 class o_stream : public io_stream {
   public:
     using io_stream::io_stream;
+
+    void write(const mrString& text);
 };
 
 class i_stream : public io_stream {

@@ -31,6 +31,13 @@ void mrTrace::traceOut(mrString name) {
     }
 }
 
+void mrTrace::leaveTo(int depth) {
+    for (int excess = size() - depth; excess > 0; --excess) {
+        erase(begin());
+        m_indent = m_indent.substr(0, m_indent.length() - 1);
+    }
+}
+
 mrString mrTrace::getCurName() const { return empty() ? mrString() : *begin(); }
 
 void mrTrace::clearTexts() {

@@ -9,6 +9,8 @@ class mrTrace : public mrList<mrString> {
     void traceIn(mrString name);
     /// Closes the newest open step of that name and whatever was left open inside it.
     void traceOut(mrString name);
+    /// Closes all but the outer `depth` steps without a line, after a jump out of them.
+    void leaveTo(int depth);
     /// The innermost open step, or the empty text.
     mrString getCurName() const;
 

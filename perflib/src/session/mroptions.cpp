@@ -80,7 +80,7 @@ void mrSession::applyOption(char key, mrString arg) {
     m_cmdText << "-" << key << arg << ": ";
     const mrOption* option = getOption(key);
     // Keys without operations are used up before; one that is met here came by a file and is not followed.
-    if (option == nullptr || option->m_info == nullptr || option->m_apply == nullptr) {
+    if (option == nullptr || option->m_info == nullptr) {
         m_cmdText << "ignored: incorrect option key\n";
         return;
     }
@@ -103,11 +103,18 @@ bool mrSession::parseCommandLine(int argc, char** argv) {
     setPaths();
     g_ostrm.setOutLevel(MSG_ERR | MSG_WARN | MSG_PERF);
     expandFileKeys();
+    // Kept in pieces: one text that grows by each of very many keys would take its time by the square.
+    mrStringList report;
     for (const mrCommandKey& key : *pCmdList) {
+        report.append(m_cmdText);
+        m_cmdText = "";
         applyOption(key.m_key, key.m_arg);
     }
-    g_ostrm << m_cmdText;
+    report.append(m_cmdText);
     m_cmdText = "";
+    for (const mrString& piece : report) {
+        g_ostrm << piece;
+    }
     if (m_unopened != 0) {
         return fatal("output file");
     }

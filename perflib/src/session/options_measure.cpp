@@ -86,10 +86,6 @@ const PriorityLetter* findPriority(const mrString& arg) {
     return nullptr;
 }
 
-/// The mask of inexact results in the two units; no other exception stays masked.
-constexpr unsigned MaskedOn87 = 32;
-constexpr unsigned MaskedOnSSX = 4096;
-
 }  // namespace
 
 mrString d_info(mrString arg) { return mrUnlessExit(MR_EXIT_LIST, dataInfo(arg)); }
@@ -143,8 +139,7 @@ mrString W_info(mrString) { return "unmask floating-point exceptions"; }
 
 void W_apply(mrString, mrSession*) {
     is_W_flagUsed = true;
-    g_ctrl87.setExceptionValue(MaskedOn87);
-    g_ssx.setExceptionValue(MaskedOnSSX);
+    mrUnmaskFloatExceptions();
 }
 
 mrString L_info(mrString arg) {

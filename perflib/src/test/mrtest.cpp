@@ -9,6 +9,7 @@
 #include "output/mrtrace.h"
 #include "test/mrmemory.h"
 #include "timing/mrfloat.h"
+#include "timing/mrpriority.h"
 #include "timing/mrsignal.h"
 
 namespace {
@@ -20,11 +21,23 @@ constexpr OutputLevel PerfLevel = MSG_ERR | MSG_WARN | MSG_PERF;
 constexpr OutputLevel WarnLevel = MSG_ERR | MSG_WARN;
 constexpr int ShiftWrap = 32768;
 
-// What -W leaves masked: inexact alone.
-constexpr unsigned UnmaskedException87 = 32;
-constexpr unsigned UnmaskedExceptionSSX = 4096;
-
 void writeError(const mrString& text) { g_ostrm << MSG_ERR << text << MSG_END; }
+
+void reportLostBlocks() {
+    int count = 0;
+    long long bytes = 0;
+    int size = 0;
+    for (void* block = mrMallocFirst(&size, nullptr); block != nullptr;
+         block = mrMallocNext(&size, nullptr)) {
+        ++count;
+        bytes += size;
+    }
+    if (count > 0) {
+        g_ostrm << MSG_MEM << " - left behind: " << mrText(count) << " blocks, " << mrText(bytes)
+                << " bytes\n"
+                << MSG_END;
+    }
+}
 
 }  // namespace
 
@@ -78,11 +91,15 @@ bool mrTest::tobeRun(mrConditions& conditions) {
 
 int mrTest::run() {
     OldOutLevel = g_ostrm.outLevel();
+    const int messages = g_ostrm.msgDepth();
+    const int steps = g_trace.size();
     bool selected = true;
     try {
         _g_signal.guard([&] { selected = runSteps(); });
     } catch (const mrException& exception) {
+        g_ostrm.restoreMsgDepth(messages);
         catchException(exception);
+        g_trace.leaveTo(steps);
     }
     if (!selected) {
         return MR_NOT_RUN;
@@ -141,13 +158,15 @@ void mrTest::measureAll() {
     mrTraced("loopData", [this] { loopData(); });
 }
 
-/// After a signal nothing between the fault and here was unwound: blocks and texts of that stretch stay
-/// behind.
+/// After a signal nothing between the fault and here was unwound, so what the next test relies on is put
+/// right here. Blocks stay behind: their owners know them still, and give them back when they are used again.
 void mrTest::catchException(const mrException& exception) {
     m_currentResult = MR_EXCEPTION;
+    mrResetPriority();
     g_ostrm.setOutLevel(OldOutLevel);
     g_cstrm.tableFlush();
     writeError(exception.msg() + " in " + g_trace.getCurName() + "\n");
+    reportLostBlocks();
 }
 
 void mrTest::finish() {
@@ -213,7 +232,7 @@ void mrTest::loopData() {
         m_first = false;
         measureCombination(constantsOpen);
         mrTraced("flushData", [this] { flushData(); });
-    } while (!mrIsFail(m_currentResult));
+    } while (!mrIsFail(m_currentResult) && !tsSignal::stopAsked());
     closeTable();
 }
 
@@ -385,8 +404,7 @@ void mrTest::initCtrlStatus() {
     g_ctrl87.init();
     g_ssx.init();
     if (is_W_flagUsed) {
-        g_ctrl87.setExceptionValue(UnmaskedException87);
-        g_ssx.setExceptionValue(UnmaskedExceptionSSX);
+        mrUnmaskFloatExceptions();
     }
 }
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "session/mrconditions.h"
+#include "timing/mrsignal.h"
 
 namespace {
 
@@ -66,6 +67,10 @@ void mrTestList::plus(int result) {
 
 bool mrTestList::runTests(mrConditions& conditions) {
     for (mrTest* test : *this) {
+        if (tsSignal::stopAsked()) {
+            g_ostrm << MSG_ERR << "-- Run is stopped by a signal\n" << MSG_END;
+            break;
+        }
         if (!test->tobeRun(conditions) || !test->m_name.found(m_startFunc)) {
             continue;
         }

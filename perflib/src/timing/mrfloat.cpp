@@ -23,6 +23,8 @@ constexpr unsigned Default87 = 0xF3F;
 constexpr unsigned MasksSSX = 0x1F80;
 constexpr unsigned DefaultSSX = 0xFFBF;
 constexpr unsigned FlushToZeroSSX = 0x8000;
+constexpr unsigned Inexact87 = 0x20;
+constexpr unsigned InexactSSX = 0x1000;
 constexpr unsigned SSEFeature = 0x2;
 
 struct BitText {
@@ -104,7 +106,7 @@ void ts87Base::disableExceptions() { zylFpuSsx4TS(Set87, Masks87, Masks87); }
 
 void ts87Base::disableInexactException() {
     // It starts from the status word, not from the control word: so it has always been.
-    zylFpuSsx4TS(Set87, (zylFpuSsx4TS(GetSW87, 0, 0) & Masks87) | 0x20, Masks87);
+    zylFpuSsx4TS(Set87, (zylFpuSsx4TS(GetSW87, 0, 0) & Masks87) | Inexact87, Masks87);
 }
 
 mrString ts87Base::strCW(unsigned word) {
@@ -138,7 +140,7 @@ void tsSSXBase::enableExceptions() { set(0, MasksSSX); }
 
 void tsSSXBase::disableExceptions() { set(MasksSSX, MasksSSX); }
 
-void tsSSXBase::disableInexactException() { set((get() & MasksSSX) | 0x1000, MasksSSX); }
+void tsSSXBase::disableInexactException() { set((get() & MasksSSX) | InexactSSX, MasksSSX); }
 
 mrString tsSSXBase::strCW(unsigned word) const {
     return m_present ? fieldText(RoundingSSX, word, 0x6000) + bitTexts(ControlSSX, word) +
@@ -198,6 +200,11 @@ void mrSSX::clear() {
     m_accum = 0;
     m_base->destroy();
     m_base->clear();
+}
+
+void mrUnmaskFloatExceptions() {
+    g_ctrl87.setExceptionValue(Inexact87);
+    g_ssx.setExceptionValue(InexactSSX);
 }
 
 void mrFlushToZero() { zylFpuSsx4TS(SetSSX, FlushToZeroSSX, FlushToZeroSSX); }

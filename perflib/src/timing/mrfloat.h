@@ -103,6 +103,8 @@ class mrSSX {
     unsigned m_accum = 0;
 };
 
+/// From the next init on only inexact results are masked, in both units: the -W key.
+void mrUnmaskFloatExceptions();
 /// Switches flush-to-zero of MXCSR on, as it stays for the whole process.
 void mrFlushToZero();
 /// After a jump out of a signal handler: flush-to-zero again, and no x87 exception pending.

@@ -11,16 +11,38 @@ struct CaughtSignal {
     const char* text;
 };
 
+constexpr const char* UnknownSignal = "Unknown exception";
+
 constexpr CaughtSignal Caught[] = {
     {SIGFPE, "FP fail, such as overflow, division by zero, invalid operation."},
     {SIGILL, "Illegal instruction."},
     {SIGSEGV, "Illegal storage access."},
+    {SIGBUS, UnknownSignal},
+    {SIGABRT, UnknownSignal},
 };
 
 /// The handler runs here, so that a function under test that used up the stack is survived like any other
 /// fault.
 constexpr std::size_t HandlerStackSize = 64 * 1024;
 alignas(16) char handlerStack[HandlerStackSize];
+
+constexpr int StopSignals[] = {SIGINT, SIGTERM};
+
+void install(int code, void (*handler)(int), int flags) {
+    struct sigaction action = {};
+    action.sa_handler = handler;
+    action.sa_flags = flags;
+    sigaction(code, &action, nullptr);
+}
+
+/// A run that was started deaf to the signal stays so. Without SA_RESTART, so that a question on the console
+/// ends too.
+void installStop(int code, void (*handler)(int)) {
+    struct sigaction old = {};
+    if (sigaction(code, nullptr, &old) == 0 && old.sa_handler != SIG_IGN) {
+        install(code, handler, 0);
+    }
+}
 
 void useHandlerStack(int flags) {
     stack_t stack = {};
@@ -56,17 +78,19 @@ class SavedReturnPoint {
 jmp_buf tsSignal::m_jmpbuf;
 volatile std::sig_atomic_t tsSignal::m_code = 0;
 volatile std::sig_atomic_t tsSignal::m_armed = 0;
+volatile std::sig_atomic_t tsSignal::m_stopAsked = 0;
 pthread_t tsSignal::m_thread;
 
 tsSignal::tsSignal() {
     m_thread = pthread_self();
     useHandlerStack(0);
-    struct sigaction action = {};
-    action.sa_handler = handler;
-    action.sa_flags = SA_ONSTACK;
     for (const CaughtSignal& caught : Caught) {
-        sigaction(caught.code, &action, nullptr);
+        install(caught.code, handler, SA_ONSTACK);
     }
+    for (const int code : StopSignals) {
+        installStop(code, askStop);
+    }
+    install(SIGPIPE, SIG_IGN, 0);
 }
 
 tsSignal::~tsSignal() {
@@ -82,7 +106,7 @@ const char* tsSignal::getInfo() const {
             return caught.text;
         }
     }
-    return "Unknown exception";
+    return UnknownSignal;
 }
 
 void tsSignal::guardCall(void (*body)(void*), void* context) {
@@ -119,4 +143,12 @@ void tsSignal::sig_fpe(int code, int) {
 void tsSignal::defaultCourse(int code) {
     std::signal(code, SIG_DFL);
     raise(code);
+}
+
+void tsSignal::askStop(int) {
+    m_stopAsked = 1;
+    // The next one ends the process at once.
+    for (const int code : StopSignals) {
+        std::signal(code, SIG_DFL);
+    }
 }

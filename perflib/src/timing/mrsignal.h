@@ -30,6 +30,9 @@ class tsSignal {
         guardCall([](void* context) { (*static_cast<Body*>(context))(); }, &body);
     }
 
+    /// True once SIGINT or SIGTERM has asked the run to end.
+    static bool stopAsked() { return m_stopAsked != 0; }
+
     /// What the installed handler does: `thread` is unused and kept for handlers of systems that pass it.
     static void sig_fpe(int code, int thread);
 
@@ -40,8 +43,10 @@ class tsSignal {
     void guardCall(void (*body)(void*), void* context);
     static void handler(int code);
     static void defaultCourse(int code);
+    static void askStop(int code);
 
     static volatile std::sig_atomic_t m_armed;
+    static volatile std::sig_atomic_t m_stopAsked;
     static pthread_t m_thread;
 };
 
