@@ -52,6 +52,15 @@ if(TARGET metrig)
 endif()
 if(TARGET run_tests)
     add_dependencies(run_tests metrig metrig-bare)
+    # What takes the place of functions of the library: one shared object of each source.
+    file(GLOB fault_sources CONFIGURE_DEPENDS tests/faults/*.cpp)
+    foreach(source IN LISTS fault_sources)
+        get_filename_component(fault ${source} NAME_WE)
+        add_library(${fault} MODULE ${source})
+        target_include_directories(${fault} PRIVATE ${ZYL_INCLUDE})
+        target_link_libraries(${fault} PRIVATE metrig_warnings)
+        add_dependencies(run_tests ${fault})
+    endforeach()
     set(run_list ${CMAKE_BINARY_DIR}/run_tests_suites.cmake)
     add_custom_command(TARGET run_tests POST_BUILD VERBATIM
         COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:run_tests> -DLIST=${run_list} -DTIMEOUT=300

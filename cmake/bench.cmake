@@ -1,0 +1,20 @@
+# What script/bench runs.
+
+add_custom_target(bench DEPENDS metrig)
+
+function(add_bench name)
+    add_executable(bench_${name} ${ARGN} bench/${name}.cpp)
+    target_link_libraries(bench_${name} PRIVATE perflib ${ZYL_LIBRARIES} metrig_warnings)
+    add_dependencies(bench bench_${name})
+endfunction()
+
+add_bench(loops)
+add_bench(framework)
+
+# Google Benchmark is there in the machine's own width alone.
+if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+    find_package(benchmark REQUIRED)
+    add_bench(instruments ${suite_sources})
+    target_include_directories(bench_instruments PRIVATE perf)
+    target_link_libraries(bench_instruments PRIVATE benchmark::benchmark)
+endif()
