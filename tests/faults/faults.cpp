@@ -1,0 +1,121 @@
+// Stands between metrig and its library, loaded by LD_PRELOAD. METRIG_FAULTS tells what goes wrong where, as
+// in "zylsCompare_8u=read zylsEqual_8u=negative@22": at every call, or at the one of that number. A function
+// that it does not name is the library's own.
+
+#include <dlfcn.h>
+#include <zylch.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <type_traits>
+
+namespace {
+
+volatile std::uintptr_t nowhere = 16;
+volatile float zero = 0.0F;
+volatile float result;
+volatile unsigned char sink;
+
+void read() { sink = *reinterpret_cast<volatile unsigned char*>(nowhere); }
+void write() { *reinterpret_cast<volatile unsigned char*>(nowhere) = 1; }
+void jump() { reinterpret_cast<void (*)()>(nowhere)(); }
+void divide() { asm volatile("xorl %%eax, %%eax\n\tcltd\n\tidivl %%eax" ::: "eax", "edx", "cc"); }
+void illegal() { asm volatile("ud2"); }
+
+/// Takes stack until there is none.
+int deeper(volatile const char* caller) {
+    volatile char room[4096];
+    room[0] = *caller;
+    return room[0] == 1 ? 0 : deeper(room) + room[0];
+}
+void overflow() { sink = static_cast<unsigned char>(deeper("")); }
+
+/// Flags zero divide in MXCSR, or raises it where it is unmasked.
+void flagSse() { result = 1.0F / zero; }
+/// Flags an invalid operation in the x87 status.
+void flag87() { asm volatile("fldz\n\tfldz\n\tfdivp\n\tfstp %%st(0)" ::: "st", "st(1)"); }
+
+/// Tells once in what floating-point state the function is called, status flags aside.
+void tellState() {
+    static bool told = false;
+    unsigned short control;
+    unsigned mxcsr;
+    asm volatile("fnstcw %0\n\tstmxcsr %1" : "=m"(control), "=m"(mxcsr));
+    if (!told) {
+        std::fprintf(stderr, "x87 %03x mxcsr %04x\n", control & 0xF3FU, mxcsr & ~0x3FU);
+    }
+    told = true;
+}
+
+struct Kind {
+    const char* name;
+    void (*act)();  ///< null: nothing
+    int status;     ///< 0: that of the library's function, which is called behind `act`
+};
+
+constexpr Kind kinds[] = {
+    {"read", read, 0},       {"write", write, 0},       {"jump", jump, 0},        {"overflow", overflow, 0},
+    {"divide", divide, 0},   {"illegal", illegal, 0},   {"sse", flagSse, 0},      {"x87", flag87, 0},
+    {"state", tellState, 0}, {"negative", nullptr, -8}, {"positive", nullptr, 5},
+};
+
+/// One function of the library and what it is told to do.
+class Fault {
+  public:
+    explicit Fault(const char* function) : m_next(dlsym(RTLD_NEXT, function)) {
+        const char* faults = std::getenv("METRIG_FAULTS");
+        const std::string text = std::string(" ") + (faults != nullptr ? faults : "") + " ";
+        const std::string key = std::string(" ") + function + "=";
+        const std::size_t at = text.find(key);
+        if (at == std::string::npos) {
+            return;
+        }
+        const std::size_t start = at + key.size();
+        const std::string value = text.substr(start, text.find(' ', start) - start);
+        const std::size_t sign = value.find('@');
+        for (const Kind& kind : kinds) {
+            if (value.substr(0, sign) == kind.name) {
+                m_kind = &kind;
+            }
+        }
+        m_number = sign == std::string::npos ? 0 : std::atoi(value.c_str() + sign + 1);
+    }
+
+    template <typename... Args>
+    int call(int (* /*function*/)(Args...), std::type_identity_t<Args>... args) {
+        if (m_kind != nullptr && (m_number == 0 || ++m_calls == m_number)) {
+            if (m_kind->act != nullptr) {
+                m_kind->act();
+            }
+            if (m_kind->status != 0) {
+                return m_kind->status;
+            }
+        }
+        return reinterpret_cast<int (*)(Args...)>(m_next)(args...);
+    }
+
+  private:
+    void* m_next;
+    const Kind* m_kind = nullptr;
+    int m_number = 0;  ///< 0: every call
+    int m_calls = 0;
+};
+
+}  // namespace
+
+// Puts F between, with the parameters and the arguments of its signature.
+#define FAULT(F, parameters, ...) \
+    static Fault fault_##F(#F);   \
+    int F parameters { return fault_##F.call(F, __VA_ARGS__); }
+
+FAULT(zylsCompare_8u, (const Zyl8u* a, const Zyl8u* b, int len, int* order), a, b, len, order)
+FAULT(zylsCompareIgnoreCaseLatin_8u, (const Zyl8u* a, const Zyl8u* b, int len, int* order), a, b, len, order)
+FAULT(zylsEqual_8u, (const Zyl8u* a, const Zyl8u* b, int len, int* equal), a, b, len, equal)
+FAULT(zylsFindC_8u, (const Zyl8u* src, int len, Zyl8u value, int* index), src, len, value, index)
+FAULT(zylsFindRevC_8u, (const Zyl8u* src, int len, Zyl8u value, int* index), src, len, value, index)
+FAULT(zylsHash_8u32u, (const Zyl8u* src, int len, Zyl32u* hash), src, len, hash)
+FAULT(zylsHash_16u32u, (const Zyl16u* src, int len, Zyl32u* hash), src, len, hash)
+FAULT(zylsHashMSCS_8u32u, (const Zyl8u* src, int len, Zyl32u* hash), src, len, hash)
+FAULT(zylsHashMSCS_16u32u, (const Zyl16u* src, int len, Zyl32u* hash), src, len, hash)

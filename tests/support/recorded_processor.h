@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstring>
+#include <vector>
+
+#include "timing/mrcpuid.h"
+
+/// What a processor answers to CPUID. Vendor and brand stand for the leaves that hold them.
+struct ProcessorRecord {
+    struct Leaf {
+        Zyl32u leaf;
+        Zyl32u subleaf;
+        Zyl32u words[4];
+    };
+    const char* vendor;
+    const char* brand;
+    Zyl32u highest;
+    Zyl32u highestExtended;  ///< 0: it has no extended leaves
+    std::vector<Leaf> leaves;
+};
+
+/// Puts a recorded processor behind the CPUID queries for as long as it lives.
+class RecordedProcessor {
+  public:
+    explicit RecordedProcessor(const ProcessorRecord& record) {
+        s_record = &record;
+        CPUID::gateway = answer;
+    }
+    RecordedProcessor(const RecordedProcessor&) = delete;
+    RecordedProcessor& operator=(const RecordedProcessor&) = delete;
+    ~RecordedProcessor() { CPUID::gateway = m_before; }
+
+  private:
+    static int answer(Zyl64u* key, Zyl32u words[4]) {
+        if (std::memcmp(key, "rawcpuid", sizeof *key) != 0) {
+            return -1;
+        }
+        std::memset(key, 0, 4);
+        registers(words[0], words[2], words);
+        return 0;
+    }
+
+    static void registers(Zyl32u leaf, Zyl32u subleaf, Zyl32u words[4]) {
+        const bool extended = leaf >= 0x80000000;
+        // A leaf that is not there is answered with the highest plain one.
+        if (leaf > (extended ? s_record->highestExtended : s_record->highest)) {
+            return registers(s_record->highest, subleaf, words);
+        }
+        std::memset(words, 0, 4 * sizeof *words);
+        if (leaf == 0) {
+            words[0] = s_record->highest;
+            std::memcpy(&words[1], s_record->vendor, 4);
+            std::memcpy(&words[3], s_record->vendor + 4, 4);
+            std::memcpy(&words[2], s_record->vendor + 8, 4);
+        } else if (leaf == 0x80000000) {
+            words[0] = s_record->highestExtended;
+        } else if (leaf >= 0x80000002 && leaf <= 0x80000004) {
+            char brand[48] = "";
+            std::strncpy(brand, s_record->brand, sizeof brand - 1);
+            std::memcpy(words, brand + (leaf - 0x80000002) * 16, 16);
+        }
+        for (const ProcessorRecord::Leaf& entry : s_record->leaves) {
+            if (entry.leaf == leaf && entry.subleaf == subleaf) {
+                std::memcpy(words, entry.words, sizeof entry.words);
+            }
+        }
+    }
+
+    static inline const ProcessorRecord* s_record = nullptr;
+    CPUID::Gateway m_before = CPUID::gateway;
+};
