@@ -52,6 +52,10 @@ if(TARGET metrig)
 endif()
 if(TARGET run_tests)
     add_dependencies(run_tests metrig metrig-bare)
+    # A suite of the tests as a program of its own.
+    add_executable(metrig-cache tests/cache/cache_suite.cpp ${main_source})
+    target_link_libraries(metrig-cache PRIVATE perflib ${ZYL_LIBRARIES} metrig_warnings)
+    add_dependencies(run_tests metrig-cache)
     # What takes the place of functions of the library: one shared object of each source.
     file(GLOB fault_sources CONFIGURE_DEPENDS tests/faults/*.cpp)
     foreach(source IN LISTS fault_sources)

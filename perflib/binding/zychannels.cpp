@@ -29,7 +29,7 @@ mrString cutChannelWord(mrString& descr) {
         start -= 2;
     }
     const int end = letter + 2;
-    const mrString word = descr.substr(start, end - start);
+    mrString word = descr.substr(start, end - start);
     descr = descr.substr(0, start) + descr.substr(end);
     return word;
 }

@@ -19,7 +19,7 @@ int lenOfType(const mrString& text) {
 
 mrString cutType(mrString& types) {
     const int length = lenOfType(types);
-    const mrString token = types.substr(0, length);
+    mrString token = types.substr(0, length);
     types = types.substr(length);
     return token;
 }

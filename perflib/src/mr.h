@@ -61,6 +61,9 @@ class mrSession {
     static mrString getEnterTitle(mrString text);
 
     // What the keys set.
+
+    /// What the dialogue asks on the console, bits of the mode.
+    enum Ask : int { AskTiming = 1, AskCommon = 2, AskAlignment = 4, AskEachTest = 8, AskAll = 15 };
     void unopenedFile() { m_unopened = 1; }
     void addAskMode(int mode) { m_askMode |= mode; }
     void setBatMode(bool batch) { m_batMode = batch; }
@@ -115,13 +118,11 @@ class mrSession {
     void setPaths();
     void expandFileKeys();
 
-    /// What the dialogue asks on the console, bits of m_askMode.
-    enum Ask : int { AskTiming = 1, AskCommon = 2, AskAlignment = 4, AskEachTest = 8, AskAll = 15 };
     /// Connects the console for one group of questions, under a title, or takes it away. Returns the bit if
     /// it asks.
     int beginQuestions(Ask group, const char* title);
 
-    mrConditions* m_conditions = nullptr;
+    std::unique_ptr<mrConditions> m_conditions;
     mrList<mrOption*> m_options;
     int m_askMode = 0;
     bool m_batMode = false;
@@ -135,9 +136,6 @@ class mrSession {
     mrString m_sglName;
 
     static constexpr int NoEnumeration = 100;
-
-    friend mrString A_info(mrString arg);
-    friend void A_apply(mrString arg, mrSession* session);
 };
 
 // Extensions of the files that keys name.

@@ -1,5 +1,7 @@
 #include "output/mrinifile.h"
 
+#include <string>
+
 #include "output/mrreplacefile.h"
 #include "output/mrtextfile.h"
 
@@ -122,21 +124,21 @@ void mrIniFile::updateFile() {
 }
 
 mrString mrIniFile::content() const {
-    mrString text;
+    std::string text;
     for (const mrSectionItem* section : m_sections) {
-        text << "\n[" << section->m_name << "]\n";
+        text.append("\n[").append(section->m_name.c_str()).append("]\n");
         for (const mrValueItem* item : *section->m_values) {
-            text << item->m_key;
+            text.append(item->m_key.c_str());
             if (!(item->m_value == KeyAlone)) {
-                text << "=" << item->m_value;
+                text.append("=").append(item->m_value.c_str());
                 if (!item->m_comment.empty()) {
-                    text << "\t// " << item->m_comment;
+                    text.append("\t// ").append(item->m_comment.c_str());
                 }
             }
-            text << "\n";
+            text.append("\n");
         }
     }
-    return text;
+    return text.c_str();
 }
 
 bool mrIniFile::getSection(mrString line, mrString& name) {

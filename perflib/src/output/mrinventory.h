@@ -2,8 +2,8 @@
 
 #include "text/mrstring.h"
 
-/// What is known of the libraries under test. Both lists are made at the first registration, so that registering works
-/// before the framework's own globals are built.
+/// What is known of the libraries under test. Both lists are made at the first registration, so that
+/// registering works before the framework's own globals are built.
 extern mrStringList* g_pLibInfoList;  ///< descriptions, shown in the title
 extern mrStringList* g_pLibFuncList;  ///< function names, for -e+ and -e-
 

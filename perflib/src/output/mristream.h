@@ -21,7 +21,13 @@ class mrDataList : public mrList<mrData> {
 /// The source of parameter values, in this order: the -d list, the ini file, the console, the default.
 class mrIStream {
   public:
-    enum Source : int { FromDefault = 0, FromConsole = 1, FromIniFile = 2, FromDataList = 3, FromNowhere = 4 };
+    enum Source : int {
+        FromDefault = 0,
+        FromConsole = 1,
+        FromIniFile = 2,
+        FromDataList = 3,
+        FromNowhere = 4
+    };
 
     mrIStream() = default;
     mrIStream(const mrIStream&) = delete;
@@ -44,7 +50,8 @@ class mrIStream {
 
     mrDataList& dataList() { return m_dataList; }
 
-    /// The value of `key`. `caption` is the console's question, `comment` goes to the ini file beside a new value.
+    /// The value of `key`. `caption` is the console's question, `comment` goes to the ini file beside a new
+    /// value.
     mrString getItemValue(mrString key, mrString defaultValue, mrString caption, mrString comment);
     /// Asks on the console; an empty answer, or none, takes the default.
     mrString getItemValue(i_stream& in, mrString caption, mrString defaultValue);

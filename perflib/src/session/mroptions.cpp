@@ -47,7 +47,7 @@ bool fatal(const char* what) {
 }  // namespace
 
 void mrSession::initSession() {
-    m_conditions = new mrConditions;
+    m_conditions = std::make_unique<mrConditions>();
     m_askMode = 0;
     m_batMode = false;
     m_quickMode = false;

@@ -1,5 +1,3 @@
-#include <iterator>
-
 #include "session/options.h"
 #include "session/optionwords.h"
 
@@ -7,26 +5,24 @@ namespace {
 
 struct AskItem {
     const char* letter;
+    mrSession::Ask bit;
     const char* text;
 };
 
-/// What -A chooses by capital letters; the bit of an item is its place. The last one comes only with all
-/// others.
+/// What -A chooses by capital letters. The last one comes only with all others.
 constexpr AskItem askItems[] = {
-    {"T", ", timing method"},
-    {"P", ", common parameters"},
-    {"M", ", data misalignment"},
-    {nullptr, ", each test parameters"},
+    {"T", mrSession::AskTiming, ", timing method"},
+    {"P", mrSession::AskCommon, ", common parameters"},
+    {"M", mrSession::AskAlignment, ", data misalignment"},
+    {"", mrSession::AskEachTest, ", each test parameters"},
 };
-constexpr int NumAskItems = std::size(askItems);
-constexpr int AskAllItems = (1 << NumAskItems) - 1;
 
 int askBits(const mrString& arg) {
     int bits = 0;
-    for (int i = 0; i < NumAskItems - 1; ++i) {
-        bits |= arg.found(askItems[i].letter) ? 1 << i : 0;
+    for (const AskItem& item : askItems) {
+        bits |= item.letter[0] != '\0' && arg.found(item.letter) ? item.bit : 0;
     }
-    return bits != 0 ? bits : AskAllItems;
+    return bits != 0 ? bits : mrSession::AskAll;
 }
 
 /// s_hintArg for a help key with this argument.
@@ -52,12 +48,10 @@ void B_apply(mrString, mrSession* session) { session->setBatMode(true); }
 
 /// The blank behind "ask" goes with the first comma.
 mrString A_info(mrString arg) {
-    static_assert(AskAllItems == mrSession::AskAll && mrSession::AskTiming == 1 &&
-                  mrSession::AskCommon == 2 && mrSession::AskAlignment == 4);
     const int bits = askBits(arg);
     mrString items;
-    for (int i = 0; i < NumAskItems; ++i) {
-        items << ((bits & (1 << i)) != 0 ? askItems[i].text : "");
+    for (const AskItem& item : askItems) {
+        items << ((bits & item.bit) != 0 ? item.text : "");
     }
     return mrUnlessExit(MR_EXIT_LIST, mrPhrase("ask", items.substr(2), " from console"));
 }
