@@ -6,6 +6,9 @@ set(INSTALL_GTEST OFF)
 add_subdirectory(${METRIG_GOOGLETEST} googletest EXCLUDE_FROM_ALL)
 include(GoogleTest)
 
+# Of binutils, whatever the compiler: tests read its form of a listing.
+find_program(METRIG_OBJDUMP objdump REQUIRED)
+
 # What tests may ask of the tree they run in.
 add_library(test_surroundings INTERFACE)
 target_include_directories(test_surroundings INTERFACE ${CMAKE_SOURCE_DIR}/tests)
@@ -13,7 +16,7 @@ target_compile_definitions(test_surroundings INTERFACE
     METRIG_SOURCE_DIR="${CMAKE_SOURCE_DIR}"
     METRIG_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}"
     METRIG_LIB_DIR="${CMAKE_LIBRARY_OUTPUT_DIRECTORY}"
-    METRIG_OBJDUMP="${CMAKE_OBJDUMP}")
+    METRIG_OBJDUMP="${METRIG_OBJDUMP}")
 
 # Defines executable `name` from `sources`, linked with the rest of the arguments; nothing without sources.
 function(add_test_program name sources)

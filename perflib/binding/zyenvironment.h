@@ -28,9 +28,11 @@ inline void zySetZylEnvironment() {
 
 inline const ZylLibraryVersion* zyGetZylVersion_zylch() { return zylchGetLibVersion(); }
 
+// NOLINTBEGIN(misc-definitions-in-headers): each unit that includes this registers for itself.
 namespace {
 
 [[maybe_unused]] const bool regZylEnvironment = mrRegZylEnvironment(zySetZylEnvironment) != 0;
 [[maybe_unused]] const bool regVersion_zylch = mrRegZylVersion(zyGetZylVersion_zylch) != 0;
 
 }  // namespace
+// NOLINTEND(misc-definitions-in-headers)

@@ -167,6 +167,7 @@ TEST_F(TimedCode, BareLoopIsKept) {
     for (const auto& [name, code] : s_functions) {
         std::vector<Code> timed = stretches(code);
         if (name.ends_with("_stat")) {
+            ASSERT_FALSE(timed.empty()) << name;
             timed.pop_back();  // the block of calls; before it a bare loop, if it stands in the entry
         } else if (name.ends_with("_loop")) {
             continue;

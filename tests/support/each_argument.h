@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstddef>
-#include <tuple>
 #include <type_traits>
 #include <utility>
 
@@ -26,38 +24,26 @@ int spoil(T*& pointer) {
 }
 inline int spoil(Zyl8u&) { return zylStsNoErr; }
 
-/// A number that goes in and comes out has to be good too. It stays as it was.
-template <std::size_t Place, class... Args>
-void refusesNegative(const char* name, int (*call)(Args...), std::tuple<Args...> args) {
-    if constexpr (std::is_same_v<std::tuple_element_t<Place, std::tuple<Args...>>, int*>) {
-        int& number = *std::get<Place>(args);
-        const int good = std::exchange(number, -1);
-        EXPECT_EQ(std::apply(call, args), zylStsSizeErr) << name << ", number " << Place;
-        EXPECT_EQ(std::exchange(number, good), -1) << name << ", number " << Place;
-    }
-}
+constexpr bool kInOut = true;
 
-template <std::size_t Place, class... Args>
-void refuses(const char* name, int (*call)(Args...), std::tuple<Args...> args) {
-    const int expected = spoil(std::get<Place>(args));
-    EXPECT_EQ(std::apply(call, args), expected) << name << ", argument " << Place;
-}
-
-/// `good` are arguments that the function accepts; its int pointers are outputs.
-template <class... Args>
-void refusesEach(const char* name, int (*call)(Args...), std::type_identity_t<Args>... good) {
-    [&]<std::size_t... Place>(std::index_sequence<Place...>) { (refuses<Place>(name, call, {good...}), ...); }
-    (std::index_sequence_for<Args...>{});
-}
-
-/// As above, for a function whose int pointers are inputs as well.
-template <class... Args>
-void refusesEachInOut(const char* name, int (*call)(Args...), std::type_identity_t<Args>... good) {
-    refusesEach(name, call, good...);
-    [&]<std::size_t... Place>(std::index_sequence<Place...>) {
-        (refusesNegative<Place>(name, call, {good...}), ...);
-    }
-    (std::index_sequence_for<Args...>{});
+/// `args` are good ones. With `kInOut` the int pointers are inputs as well as outputs: what they point to is
+/// spoilt too, and has to stay as it was.
+template <bool inOut = false, class... Args>
+void refusesEach(const char* name, int (*call)(Args...), std::type_identity_t<Args>... args) {
+    int place = 0;
+    const auto refuses = [&](auto& arg) {
+        const auto good = arg;
+        const int expected = spoil(arg);
+        EXPECT_EQ(call(args...), expected) << name << ", argument " << place;
+        arg = good;
+        if constexpr (inOut && std::is_same_v<decltype(arg), int*&>) {
+            const int number = std::exchange(*arg, -1);
+            EXPECT_EQ(call(args...), zylStsSizeErr) << name << ", number " << place;
+            EXPECT_EQ(std::exchange(*arg, number), -1) << name << ", number " << place;
+        }
+        ++place;
+    };
+    (refuses(args), ...);
 }
 
 }  // namespace each_argument

@@ -5,15 +5,10 @@
 #include "timing/mrfloat.h"
 #include "zylcore.h"
 
-constexpr unsigned FlushToZero = 0x8000;
-
 inline unsigned controlWord87() { return zylFpuSsx4TS(2, 0, 0); }
-inline unsigned statusWord87() { return zylFpuSsx4TS(3, 0, 0); }
 inline unsigned wordSSX() { return zylFpuSsx4TS(6, 0, 0); }
-
-/// Sets exception flags of MXCSR without raising anything.
+/// Sets exception flags of MXCSR without raising anything; 8 is overflow.
 inline void setFlagsSSX(unsigned flags) { zylFpuSsx4TS(5, flags, flags); }
-inline void raiseOverflow() { setFlagsSSX(0x8); }
 
 /// Puts back the registers, and the values that the next initialisation takes.
 class KeptFloatState {
@@ -26,6 +21,8 @@ class KeptFloatState {
         zylFpuSsx4TS(5, m_ssx, 0xFFFF);
         ts87Base::Exception = m_exception87;
         tsSSXBase::Exception = m_exceptionSSX;
+        g_ctrl87.clear();
+        g_ssx.clear();
     }
 
   private:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstring>
+#include <utility>
 #include <vector>
 
 #include "timing/mrcpuid.h"
@@ -22,12 +23,11 @@ struct ProcessorRecord {
 /// Puts a recorded processor behind the CPUID queries for as long as it lives.
 class RecordedProcessor {
   public:
-    explicit RecordedProcessor(const ProcessorRecord& record) {
-        s_record = &record;
+    explicit RecordedProcessor(ProcessorRecord record) {
+        s_record = std::move(record);
         CPUID::gateway = answer;
     }
     RecordedProcessor(const RecordedProcessor&) = delete;
-    RecordedProcessor& operator=(const RecordedProcessor&) = delete;
     ~RecordedProcessor() { CPUID::gateway = m_before; }
 
   private:
@@ -43,29 +43,29 @@ class RecordedProcessor {
     static void registers(Zyl32u leaf, Zyl32u subleaf, Zyl32u words[4]) {
         const bool extended = leaf >= 0x80000000;
         // A leaf that is not there is answered with the highest plain one.
-        if (leaf > (extended ? s_record->highestExtended : s_record->highest)) {
-            return registers(s_record->highest, subleaf, words);
+        if (leaf > (extended ? s_record.highestExtended : s_record.highest)) {
+            return registers(s_record.highest, subleaf, words);
         }
         std::memset(words, 0, 4 * sizeof *words);
         if (leaf == 0) {
-            words[0] = s_record->highest;
-            std::memcpy(&words[1], s_record->vendor, 4);
-            std::memcpy(&words[3], s_record->vendor + 4, 4);
-            std::memcpy(&words[2], s_record->vendor + 8, 4);
+            words[0] = s_record.highest;
+            std::memcpy(&words[1], s_record.vendor, 4);
+            std::memcpy(&words[3], s_record.vendor + 4, 4);
+            std::memcpy(&words[2], s_record.vendor + 8, 4);
         } else if (leaf == 0x80000000) {
-            words[0] = s_record->highestExtended;
+            words[0] = s_record.highestExtended;
         } else if (leaf >= 0x80000002 && leaf <= 0x80000004) {
             char brand[48] = "";
-            std::strncpy(brand, s_record->brand, sizeof brand - 1);
+            std::strncpy(brand, s_record.brand, sizeof brand - 1);
             std::memcpy(words, brand + (leaf - 0x80000002) * 16, 16);
         }
-        for (const ProcessorRecord::Leaf& entry : s_record->leaves) {
+        for (const ProcessorRecord::Leaf& entry : s_record.leaves) {
             if (entry.leaf == leaf && entry.subleaf == subleaf) {
                 std::memcpy(words, entry.words, sizeof entry.words);
             }
         }
     }
 
-    static inline const ProcessorRecord* s_record = nullptr;
-    CPUID::Gateway m_before = CPUID::gateway;
+    static inline ProcessorRecord s_record;
+    const CPUID::Gateway m_before = CPUID::gateway;
 };

@@ -2,31 +2,24 @@
 
 /// Time and functions under test that go by a script, so that figures are exact and nothing waits.
 
+#include <cstring>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "mrtool.h"
 #include "session/mrbinding.h"
+#include "support/captured_output.h"
 
-/// A clock that only the test moves, in the place of the clock pair; the frequency counts as measured.
+/// A clock that only the test moves, in the place of the clock pair; the frequency counts as measured: 1 GHz.
 class ScriptedClock {
   public:
-    static constexpr int FreqMHz = 1000;
-
     ScriptedClock() {
         s_now = 1'000'000;
         s_readCost = 0;
-        s_reads = 0;
-        zyl_StartCpuClocks = [] {
-            ++s_reads;
-            return s_now;
-        };
-        zyl_StopCpuClocks = [] {
-            ++s_reads;
-            return s_now += s_readCost;
-        };
-        mrCpuTicker::m_freqMHz = FreqMHz;
+        zyl_StartCpuClocks = [] { return s_now; };
+        zyl_StopCpuClocks = [] { return s_now += s_readCost; };
+        mrCpuTicker::m_freqMHz = 1000;
     }
     ScriptedClock(const ScriptedClock&) = delete;
     ScriptedClock& operator=(const ScriptedClock&) = delete;
@@ -39,25 +32,20 @@ class ScriptedClock {
     static void advance(long long clocks) { s_now += static_cast<Zyl64u>(clocks); }
     /// What the two reads of a stretch cost by themselves.
     static void setReadCost(Zyl64u clocks) { s_readCost = clocks; }
-    /// Reads of the clock so far.
-    static int reads() { return s_reads; }
 
   private:
     static inline Zyl64u s_now = 0;
     static inline Zyl64u s_readCost = 0;
-    static inline int s_reads = 0;
     ZylClocksFunc m_start = zyl_StartCpuClocks;
     ZylClocksFunc m_stop = zyl_StopCpuClocks;
     int m_freqMHz = mrCpuTicker::m_freqMHz;
 };
 
 /// Timing entries that play scripts. Of each script every call takes the next value, and the last one stays.
-class ScriptedEntries {
+class ScriptedTiming : public ScriptedClock {
   public:
-    ScriptedEntries() { s_entries = this; }
-    ScriptedEntries(const ScriptedEntries&) = delete;
-    ScriptedEntries& operator=(const ScriptedEntries&) = delete;
-    ~ScriptedEntries() { s_entries = nullptr; }
+    ScriptedTiming() { s_script = this; }
+    ~ScriptedTiming() { s_script = nullptr; }
 
     std::vector<long long> costs{100};      ///< clocks of one call
     std::vector<int> statuses{0};           ///< what the call entry answers
@@ -66,41 +54,61 @@ class ScriptedEntries {
     int statCalls = 5000;                   ///< calls that the statistic entry says it made
     long long initCost = 0;                 ///< clocks of the init entry
     std::function<void(int calls)> onCall;  ///< runs inside every entry but init
-    /// What was called, with the arguments: "L4 " loop, "S8/1000/1 " statistic, "C " call, "I " init.
-    std::string log;
+    /// What was called, with the arguments: "L4" loop, "S8/1000/1" statistic, "C" call, "I" init.
+    std::vector<std::string> log;
 
     static mrResult loop(int numLoops, long long* clocks) {
-        s_entries->note("L" + std::to_string(numLoops), numLoops);
-        *clocks = next(s_entries->costs) * (s_entries->sums ? numLoops : 1);
-        return next(s_entries->results);
+        note("L" + std::to_string(numLoops), numLoops);
+        *clocks = next(s_script->costs) * (s_script->sums ? numLoops : 1);
+        return next(s_script->results);
     }
     static mrResult stat(int* numCalls, long long* clocks, int block) {
-        s_entries->note(
-            "S" + std::to_string(*numCalls) + "/" + std::to_string(*clocks) + "/" + std::to_string(block),
-            *numCalls);
-        *numCalls = s_entries->statCalls;
-        *clocks = next(s_entries->costs);
-        return next(s_entries->results);
+        note("S" + std::to_string(*numCalls) + "/" + std::to_string(*clocks) + "/" + std::to_string(block),
+             *numCalls);
+        *numCalls = s_script->statCalls;
+        *clocks = next(s_script->costs);
+        return next(s_script->results);
     }
     static int call() {
-        s_entries->note("C", 1);
-        ScriptedClock::advance(next(s_entries->costs));
-        return next(s_entries->statuses);
+        note("C", 1);
+        advance(next(s_script->costs));
+        return next(s_script->statuses);
     }
     static int init() {
-        s_entries->log += "I ";
-        ScriptedClock::advance(s_entries->initCost);
+        s_script->log.push_back("I");
+        advance(s_script->initCost);
         return 0;
     }
 
-  private:
-    void note(const std::string& entry, int calls) {
-        log += entry + " ";
-        if (onCall) {
-            onCall(calls);
+    /// The log since the last asking, equal neighbours counted: "L1 L4*2 ".
+    std::string called() {
+        std::string text;
+        for (std::size_t i = 0, end = 0; i < log.size(); i = end) {
+            for (end = i; end < log.size() && log[end] == log[i];) {
+                ++end;
+            }
+            text += log[i] + (end - i > 1 ? "*" + std::to_string(end - i) : "") + " ";
         }
+        log.clear();
+        return text;
+    }
+    /// One timing by the entries whose letters are given: what was called, the figure, the comment, and the
+    /// result unless it is success.
+    std::string course(mrTool& tool, const char* entries) {
+        const auto has = [entries](char letter) { return std::strchr(entries, letter) != nullptr; };
+        const int result = tool.timing(has('L') ? loop : nullptr, has('S') ? stat : nullptr,
+                                       has('C') ? call : nullptr, has('I') ? init : nullptr);
+        return called() + "= " + str(mrFormat("%g ", tool.m_funcClocks) + tool.m_comment) +
+               (result != MR_OK ? " !" + std::to_string(result) : "");
     }
 
+  private:
+    static void note(const std::string& entry, int calls) {
+        s_script->log.push_back(entry);
+        if (s_script->onCall) {
+            s_script->onCall(calls);
+        }
+    }
     template <class T>
     static T next(std::vector<T>& script) {
         const T value = script.front();
@@ -110,8 +118,5 @@ class ScriptedEntries {
         return value;
     }
 
-    static inline ScriptedEntries* s_entries = nullptr;
+    static inline ScriptedTiming* s_script = nullptr;
 };
-
-/// Both together: most tests of a measurement begin so.
-struct ScriptedTiming : ScriptedClock, ScriptedEntries {};

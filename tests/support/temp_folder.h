@@ -29,9 +29,7 @@ class TempFolder {
         return {std::istreambuf_iterator<char>(stream), {}};
     }
     /// Files and folders directly in it.
-    int count() const {
-        return static_cast<int>(std::distance(std::filesystem::directory_iterator(m_path), {}));
-    }
+    auto count() const { return std::distance(std::filesystem::directory_iterator(m_path), {}); }
 
   private:
     std::string m_path;

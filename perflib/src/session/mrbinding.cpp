@@ -28,12 +28,6 @@ void bind(Function*& pointer, Function* fallback) {
     }
 }
 
-/// "status = <n>: <text>" behind the word for its kind.
-void reportStatus(int status) {
-    g_ostrm << (status < 0 ? "--ZYL FAIL. " : "--ZYL NOTE. ") << "status = " << mrText(status) << ": "
-            << zyl_GetStatusString(status) << "\n";
-}
-
 void reportSetting(int status) {
     if (status == 0) {
         g_ostrm << "--status = zylStsNoErr\n";
@@ -101,6 +95,11 @@ void mrBindLibrary() {
         g_ostrm << "\nZorva ZYL Core library functions have been integrated into MR\n";
     }
     mrBindFallbacks();
+}
+
+void reportStatus(int status) {
+    g_ostrm << (status < 0 ? "--ZYL FAIL. " : "--ZYL NOTE. ") << "status = " << mrText(status) << ": "
+            << zyl_GetStatusString(status) << "\n";
 }
 
 void mrNoteLibraryVersions() {

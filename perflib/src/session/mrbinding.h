@@ -33,5 +33,7 @@ void mrBindFallbacks();
 void initStaticCpu();
 /// Binds the library again, reports and sets its threads, chooses its code path.
 void mrBindLibrary();
+/// Prints "status = <n>: <text>" to g_ostrm, behind the word for its kind.
+void reportStatus(int status);
 /// Notes the versions of the libraries for the reports.
 void mrNoteLibraryVersions();

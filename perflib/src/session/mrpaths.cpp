@@ -25,7 +25,7 @@ mrString getDirPath(const mrString& name, const mrString& dir) {
 }  // namespace
 
 mrString mrSession::genDirName(mrString dir) {
-    const mrString exeDir = m_exePath.getFileDir();
+    mrString exeDir = m_exePath.getFileDir();
     if (dir.empty()) {
         return exeDir;
     }

@@ -218,11 +218,6 @@ void printFeatureRows(const FeatureMasks& masks) {
     }
 }
 
-void reportStatus(int status) {
-    g_ostrm << (status < 0 ? "--ZYL FAIL. " : "--ZYL NOTE. ") << "status = " << mrText(status) << ": "
-            << zyl_GetStatusString(status) << "\n";
-}
-
 void printFeatureFlags() {
     g_ostrm << "\n    Feature Flags\n    got by zylGetCpuFeatures & zylGetEnabledCpuFeatures\n\n";
     FeatureMasks masks = {};

@@ -47,7 +47,7 @@ class mrDefault_NSC : public mrParameter {
     virtual T stringToValue(mrString&) const { return T(); }
     /// The value of a text; throws mrException for one that can't be converted.
     virtual T validItem(mrString text) {
-        const T value = stringToValue(text);
+        T value = stringToValue(text);
         if (text.failed()) {
             mrRefuse("Invalid value of ", m_name + " = " + text);
         }

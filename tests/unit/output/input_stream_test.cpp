@@ -1,7 +1,7 @@
-#include <gtest/gtest.h>
-#include <stdio_ext.h>
-
 #include "output/mristream.h"
+
+#include <gtest/gtest.h>
+
 #include "support/captured_output.h"
 #include "support/temp_folder.h"
 
@@ -17,78 +17,52 @@ i_stream* typed(const char* text) {
 
 TEST(InputStream, TakesTheFirstSourceThatHasAValue) {
     constexpr const char* none = nullptr;
-    static constexpr struct {
-        const char* data;     ///< the -d key
-        const char* ini;      ///< the file's value
-        const char* console;  ///< what is typed
-        const char* value;
-        int source;
-        bool asks;
-    } rows[] = {
-        {none, none, none, "default", mrIStream::FromDefault, false},
-        {none, none, "typed\n", "typed", mrIStream::FromConsole, true},
-        {none, none, "no line end", "no line end", mrIStream::FromConsole, true},
-        {none, none, "\n", "default", mrIStream::FromDefault, true},
-        {none, none, "", "default", mrIStream::FromDefault, true},
-        {none, "file", "typed\n", "file", mrIStream::FromIniFile, false},
-        {none, "", "typed\n", "typed", mrIStream::FromConsole, true},
+    // The -d key, the file's line, what is typed; the value, its source, and whether it is asked for.
+    using Row = std::tuple<const char*, const char*, const char*, const char*, int, bool>;
+    static constexpr Row rows[] = {
         {none, "", none, "default", mrIStream::FromDefault, false},
-        {"Key=data", "file", "typed\n", "data", mrIStream::FromDataList, false},
-        {"Key=", "file", "typed\n", "", mrIStream::FromDataList, false},
-        {" Key = a=b", none, none, "a", mrIStream::FromDataList, false},
-        {"key=data", none, none, "default", mrIStream::FromDefault, false},
+        {none, "", "typed\n", "typed", mrIStream::FromConsole, true},
+        {none, "", "\n", "default", mrIStream::FromDefault, true},
+        {none, "", "", "default", mrIStream::FromDefault, true},
+        {none, "Key=file", "typed\n", "file", mrIStream::FromIniFile, false},
+        {none, "Key=", "typed\n", "typed", mrIStream::FromConsole, true},
+        {"Key=data", "Key=file", "typed\n", "data", mrIStream::FromDataList, false},
+        {"Key=", "Key=file", "typed\n", "", mrIStream::FromDataList, false},
+        {" Key = a=b", "", none, "a", mrIStream::FromDataList, false},
+        {"key=data", "", none, "default", mrIStream::FromDefault, false},
     };
     const TempFolder folder;
-    for (const auto& row : rows) {
-        const std::string inFile = row.ini != none ? std::string("Key=") + row.ini + "\n" : "";
+    for (const auto& [data, line, console, value, source, asks] : rows) {
         mrIStream stream;
-        EXPECT_EQ(stream.lastSource(), mrIStream::FromNowhere);
-        ASSERT_TRUE(stream.setIniFile(folder.file("a.ini", "[Metrig]\n" + inFile), false));
-        stream.setIStream(row.console != none ? typed(row.console) : nullptr);
-        stream.dataList().set(row.data);
+        ASSERT_TRUE(stream.setIniFile(folder.file("a.ini", std::string("[Metrig]\n") + line), false));
+        stream.setIStream(console != none ? typed(console) : nullptr);
+        stream.dataList().set(data);
         testing::internal::CaptureStdout();
-        const mrString value = stream.getItemValue("Key", "default", "The key", "comment");
-        const std::size_t unflushed = __fpending(stdout);
-        EXPECT_EQ(testing::internal::GetCapturedStdout(), row.asks ? "\n The key [default] = " : "");
-        EXPECT_EQ(unflushed, 0u);
-        EXPECT_EQ(str(value), row.value);
-        EXPECT_EQ(stream.lastSource(), row.source) << row.value;
+        EXPECT_EQ(str(stream.getItemValue("Key", "default", "The key", "comment")), value);
+        EXPECT_EQ(testing::internal::GetCapturedStdout(), asks ? "\n The key [default] = " : "");
+        EXPECT_EQ(stream.lastSource(), source) << value;
     }
-}
-
-TEST(InputStream, EndOfInputTakesTheDefaults) {
-    mrIStream stream;
-    stream.setIStream(typed("1\n"));
-    testing::internal::CaptureStdout();
-    EXPECT_EQ(str(stream.getItemValue("Key", "5", "", "")), "1");
-    EXPECT_EQ(str(stream.getItemValue("Key", "6", "", "")), "6");
-    EXPECT_EQ(str(stream.getItemValue("Key", "7", "", "")), "7");
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "\n Key [5] = \n Key [6] = \n Key [7] = ");
 }
 
 TEST(InputStream, WritesBackWhatWasAskedFor) {
     const TempFolder folder;
     const mrString name = folder.file("a.ini", "[Metrig]\nKept=1 // old\nGiven=1\n");
-    {
-        mrIStream stream;
-        EXPECT_TRUE(stream.setIniFile(name, true));
-        EXPECT_TRUE(stream.iniWrite());
-        stream.dataList().set("Given=1");
-        stream.dataList().set("Given = 2 ");
-        stream.getItemValue("Kept", "9", "", "new");
-        stream.getItemValue("Given", "9", "", "new");
-        stream.getItemValue("New", "9", "", "any");
-        EXPECT_EQ(str(stream.setIniSection("suite")), "Metrig");
-        EXPECT_EQ(str(stream.getItemValue("Kept", "8", "", "")), "8");
-        EXPECT_EQ(str(stream.setIniSection("Metrig")), "suite");
-    }
+    mrIStream stream;
+    EXPECT_TRUE(stream.setIniFile(name, true));
+    stream.dataList().set("Given=1");
+    stream.dataList().set("Given = 2 ");
+    stream.getItemValue("Kept", "9", "", "new");
+    stream.getItemValue("Given", "9", "", "new");
+    stream.getItemValue("New", "9", "", "any");
+    EXPECT_EQ(str(stream.setIniSection("suite")), "Metrig");
+    EXPECT_EQ(str(stream.getItemValue("Kept", "8", "", "")), "8");
+    stream.deleteIniFile();
     const std::string written = "\n[Metrig]\nKept=1\nGiven=2\nNew=9\t// any\n\n[suite]\nKept=8\n";
     EXPECT_EQ(folder.content("a.ini"), written);
-    mrIStream reader;
-    EXPECT_TRUE(reader.setIniFile(name, false));
-    EXPECT_EQ(str(reader.getItemValue("Other", "7", "", "")), "7");
-    EXPECT_EQ(str(reader.getItemValue("Other", "8", "", "")), "8");
-    reader.deleteIniFile();
+    // A file that is only read keeps what it has.
+    EXPECT_TRUE(stream.setIniFile(name, false));
+    stream.getItemValue("Other", "7", "", "");
+    stream.deleteIniFile();
     EXPECT_EQ(folder.content("a.ini"), written);
 }
 

@@ -1,7 +1,5 @@
 #pragma once
 
-/// Small tests that are run, and what they leave on the console and in the table.
-
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -11,41 +9,29 @@
 #include "mr.h"
 #include "output/mrcstream.h"
 #include "output/mristream.h"
-#include "support/captured_output.h"
 #include "support/float_flags.h"
 #include "support/scripted_clock.h"
-#include "test/mrtest.h"
 
-/// A test that notes its steps, and whose steps can be replaced. It measures by the scripted loop entry.
+/// A test that notes its steps by a letter each, and whose steps can be replaced. It measures by the scripted
+/// loop entry.
 class Job : public mrTest {
   public:
-    explicit Job(const char* name = "job", const char* info = "TimsJob//MR_REG")
-        : mrTest(nullptr, ScriptedEntries::init, ScriptedEntries::loop, nullptr, name, "perf/p_job.cpp",
+    explicit Job(const char* info = "TimsJob//MR_REG")
+        : mrTest(nullptr, ScriptedTiming::init, ScriptedTiming::loop, nullptr, "job", "perf/p_job.cpp",
                  info) {}
 
-    void beginTest() override {
-        steps += "begin ";
-        mrTest::beginTest();
-    }
+    void beginTest() override { steps += 'b', mrTest::beginTest(); }
     bool canStart() override {
-        steps += "canStart ";
-        for (mrParameter* parm : parms) {
-            m_parms.append(parm);
-        }
+        steps += 's';
+        m_parms.append(parms);
         return starts();
     }
-    void flushStart() override { steps += "flushStart "; }
-    bool initData() override {
-        steps += "init ";
-        return data();
-    }
-    void constToOstrm() override { steps += "const "; }
-    mrResult runTiming() override {
-        steps += "time ";
-        return timing ? timing() : mrTest::runTiming();
-    }
-    void flushData() override { steps += "flush "; }
-    void endTest() override { steps += "end"; }
+    bool initData() override { return steps += 'i', data(); }
+    void constToOstrm() override { steps += 'c'; }
+    mrResult runTiming() override { return steps += 't', timing ? timing() : mrTest::runTiming(); }
+    void flushData() override { steps += 'f'; }
+    void flushStart() override { steps += 'F'; }
+    void endTest() override { steps += 'e'; }
     double getDivisor() override { return divisor; }
     double getFlops() override { return flops; }
     mrString getUnit() override { return unit(); }
@@ -62,8 +48,8 @@ class Job : public mrTest {
     std::string steps;
 };
 
-/// Takes the lines of g_cstrm, in the place of its files; the table has the columns of a function, one
-/// parameter and the results.
+/// Takes the lines of g_cstrm in the place of its files. There are columns for a function, one parameter and
+/// the results.
 class CapturedTable {
   public:
     CapturedTable() {
@@ -102,11 +88,11 @@ struct JobRun : ScriptedTiming {
         mrTest::m_cache = false;
         mrTest::m_hot = 0;
         mrTest::m_pressing = false;
-        mrTest::clearCtrlStatus();
-        mrSession::m_nameExit = false;
         g_istrm.deleteIniFile();
     }
 
+    /// The results of the two measurements.
+    void answer(mrResult first, mrResult second) { results = {first, second}; }
     /// Runs at a console level; returns what is printed, without the boxes of title and result.
     std::string printed(OutputLevel level) {
         CapturedOutput output(level);
@@ -115,8 +101,7 @@ struct JobRun : ScriptedTiming {
         std::istringstream lines(output.text());
         std::string text;
         for (std::string line; std::getline(lines, line);) {
-            const bool box = !line.empty() && (line.front() == '|' || line.front() == '+');
-            text += box ? "" : line + "\n";
+            text += line.empty() || std::strchr("|+", line.front()) == nullptr ? line + "\n" : "";
         }
         return text;
     }

@@ -4,356 +4,166 @@
 
 #include <climits>
 
-#include "support/captured_output.h"
 #include "support/float_flags.h"
 #include "support/scripted_clock.h"
 #include "test/mrmemory.h"
-#include "test/mrtest.h"
 
 namespace {
 
 class Tool : public testing::Test, protected ScriptedTiming {
   protected:
-    /// What was called by one timing with these entries.
-    std::string called(FuncLoop withLoop, FuncStat withStat, FuncCall withCall, FuncCall withInit = nullptr) {
-        log.clear();
-        m_result = m_tool.timing(withLoop, withStat, withCall, withInit);
-        return log;
+    std::string course(int method, const char* entries) {
+        tool.m_method = method;
+        return ScriptedTiming::course(tool, entries);
     }
-    static std::string times(int count, const std::string& text) {
-        std::string all;
-        for (int i = 0; i < count; ++i) {
-            all += text;
-        }
-        return all;
+    /// The course for these answers of the call entry, and the result where they are turned into results.
+    std::string calls(int method, int count, long long clocks, std::vector<int> script, const char* entries) {
+        tool.m_manualLoops = tool.m_statCalls = count;
+        tool.m_statClocks = clocks;
+        statuses = script;
+        const std::string text = course(method, entries);
+        mrTool::m_pCheckStatus = [](int status) { return status < 0 ? MR_LIB_FAIL : mrResult(status); };
+        statuses = script;
+        course(method, entries);
+        mrTool::m_pCheckStatus = nullptr;
+        return text + " ?" + std::to_string(tool.m_result);
+    }
+    std::string readings(std::vector<long long> script, std::vector<mrResult> answers) {
+        tool.m_manualLoops = 1;
+        costs = script;
+        results = answers;
+        return course(MR_METHOD_LOOP, "L");
     }
 
-    mrTool m_tool;
-    mrResult m_result = MR_NOT_RUN;
+    KeptFloatState kept;
+    mrTool tool;
 };
 
 TEST_F(Tool, HoldsSettingsWithinTheirBounds) {
-    static constexpr struct {
-        int start, stop;
-        int isStart, isStop;
-    } best[] = {
-        {3, 10, 3, 24}, {1, 2048, 1, 2048}, {3, 24, 3, 24},
-        {0, -5, 1, 0},  {-2, -20, 1, -16},  {INT_MAX, 8, INT_MAX, INT_MAX},
-    };
-    for (const auto& row : best) {
-        m_tool.setMethodBest(row.start, row.stop, 500);
-        int start = 0;
-        int stop = 0;
-        long long clocks = 0;
-        EXPECT_TRUE(m_tool.getMethodBest(start, stop, clocks));
-        EXPECT_EQ(start, row.isStart);
-        EXPECT_EQ(stop, row.isStop) << row.start << " " << row.stop;
-        EXPECT_EQ(clocks, 500);
+    mrString text;
+    for (const auto& [start, stop] : {std::pair(3, 10), {3, 25}, {0, -5}, {-2, -20}, {INT_MAX, 8}}) {
+        tool.setMethodBest(start, stop, 500);
+        text << tool.m_bestStart << "-" << tool.m_bestStop << " ";
     }
-    static constexpr int loops[][2] = {{0, 1}, {-7, 1}, {1, 1}, {25, 25}};
-    for (const auto& row : loops) {
-        m_tool.setMethodLoop(row[0]);
-        int count = 0;
-        EXPECT_TRUE(m_tool.getMethodLoop(count));
-        EXPECT_EQ(count, row[1]);
+    for (const int factor : {1, -1, -3, 12, 33, 32, INT_MIN, 0}) {
+        tool.setLoopFactor(factor);
+        text << tool.m_factorStart << "-" << tool.m_factorStop << " ";
     }
-    // A method that is not set leaves what was asked for alone.
-    int kept = 77;
-    long long keptClocks = 78;
-    EXPECT_FALSE(m_tool.getMethodAuto());
-    EXPECT_FALSE(m_tool.getMethodStat(kept, keptClocks));
-    EXPECT_FALSE(m_tool.getMethodBest(kept, kept, keptClocks));
-    m_tool.setMethodAuto();
-    EXPECT_FALSE(m_tool.getMethodLoop(kept));
-    EXPECT_EQ(kept, 77);
-    EXPECT_EQ(keptClocks, 78);
-}
-
-TEST_F(Tool, ShiftsTheLoopsOfTheAutoMethod) {
-    static constexpr struct {
-        int factor, start, stop;
-    } rows[] = {
-        {1, 0, 1024},  {-1, 2, 4096}, {-3, 8, 16384}, {12, 0, 0},         {33, 0, 1024},
-        {32, 1, 2048}, {0, 0, 0},     {-34, 4, 8192}, {INT_MIN, 1, 2048},
-    };
-    for (const auto& row : rows) {
-        m_tool.setLoopFactor(row.factor);
-        EXPECT_EQ(m_tool.m_factorStart, row.start) << row.factor;
-        EXPECT_EQ(m_tool.m_factorStop, row.stop) << row.factor;
-    }
+    EXPECT_EQ(str(text),
+              "3-24 3-25 1-0 1--16 2147483647-2147483647 "
+              "0-1024 2-4096 8-16384 0-0 0-1024 1-2048 1-2048 0-0 ");
+    tool.setMethodLoop(0);
+    EXPECT_EQ(tool.m_manualLoops, 1);
 }
 
 TEST_F(Tool, FallsBackToTheMethodThatTheEntriesAllow) {
-    static constexpr struct {
-        FuncLoop loop;
-        FuncStat stat;
-        FuncCall call;
-        int method, methodAfter;
-        const char* attention;
-        const char* log;
-    } rows[] = {
-        {nullptr, stat, nullptr, MR_METHOD_LOOP, MR_METHOD_STAT,
-         " ATTENTION! The test cannot execute Manual loop timing.\n Statistic timing will be run instead.\n",
-         "S10/0/1 "},
-        {loop, nullptr, nullptr, MR_METHOD_STAT, MR_METHOD_LOOP,
-         " ATTENTION! The test cannot execute Statistic timing.\n Manual loop timing will be run instead.\n",
-         "L12 "},
-        {nullptr, nullptr, call, MR_METHOD_LOOP, MR_METHOD_LOOP, "", "C C C C C C C C C C C "},
-        {nullptr, nullptr, call, MR_METHOD_STAT, MR_METHOD_STAT, "", nullptr},
-        {loop, stat, call, MR_METHOD_LOOP, MR_METHOD_LOOP, "", "L10 "},
-        {loop, stat, call, MR_METHOD_STAT, MR_METHOD_STAT, "", "S12/10000/1 "},
-    };
-    for (const auto& row : rows) {
-        m_tool = mrTool();
-        m_tool.m_method = row.method;
-        CapturedOutput output(MSG_ERR);
-        // The words come once; the second combination goes the other way in silence.
-        for (int combination = 0; combination < 2; ++combination) {
-            EXPECT_EQ(called(row.loop, row.stat, row.call),
-                      row.log != nullptr ? row.log : "C " + times(200, "C "));
-            EXPECT_EQ(output.text(), row.attention);
-            EXPECT_EQ(m_result, MR_OK);
-            EXPECT_EQ(m_tool.m_method, row.methodAfter);
-        }
-    }
+    CapturedOutput output(MSG_ERR);
+    EXPECT_EQ(course(MR_METHOD_LOOP, "S"), "S10/0/1 = 0.02 nCalls=5000");
+    EXPECT_EQ(ScriptedTiming::course(tool, "S"), "S10/0/1 = 0.02 nCalls=5000");
+    tool = mrTool();
+    EXPECT_EQ(course(MR_METHOD_STAT, "L"), "L12 = 1200 nLps=12");
+    EXPECT_EQ(ScriptedTiming::course(tool, "L"), "L12 = 1200 nLps=12");
+    EXPECT_EQ(
+        output.text(),
+        " ATTENTION! The test cannot execute Manual loop timing.\n Statistic timing will be run instead.\n"
+        " ATTENTION! The test cannot execute Statistic timing.\n Manual loop timing will be run instead.\n")
+        << "once for each test";
+    EXPECT_EQ(course(MR_METHOD_LOOP, "LSC"), "L12 = 1200 nLps=12");
+    EXPECT_EQ(course(MR_METHOD_STAT, "LSC"), "S12/10000/1 = 0.02 nCalls=5000");
 }
 
 TEST_F(Tool, TellsWhatCannotBeMeasured) {
-    constexpr const char* NoEntry =
-        " Internal test problem: The test cannot execute standard timing.\n"
-        " No one of funcLoop, funcStat or funcCall is registered in the test.\n";
-    static const struct {
-        int method;
-        FuncStat stat;
-        mrResult inTool;
-        std::string text;
-    } rows[] = {
-        {MR_METHOD_AUTO, nullptr, MR_NOT_RUN, NoEntry},
-        {9, stat, MR_FAIL, "MR internal fail: file perflib/src/mrtool, line 845\n"},
-        {MR_METHOD_AUTO, stat, MR_FAIL, "MR internal fail: file perflib/src/mrtool, line 273\n"},
-    };
-    for (const auto& row : rows) {
-        m_tool.m_method = row.method;
-        CapturedOutput output(MSG_ERR);
-        EXPECT_EQ(called(nullptr, row.stat, nullptr), "");
-        EXPECT_EQ(m_result, MR_FAIL);
-        EXPECT_EQ(m_tool.m_result, row.inTool) << row.text;
-        EXPECT_EQ(output.text(), row.text);
-    }
+    CapturedOutput output(MSG_ERR);
+    EXPECT_EQ(course(MR_METHOD_AUTO, "I"), "= 0  !11");
+    EXPECT_EQ(tool.m_result, MR_NOT_RUN);
+    EXPECT_EQ(course(9, "L"), "= 0  !11");
+    EXPECT_EQ(course(MR_METHOD_AUTO, "S"), "= 0  !11");
+    EXPECT_EQ(output.text(),
+              " Internal test problem: The test cannot execute standard timing.\n"
+              " No one of funcLoop, funcStat or funcCall is registered in the test.\n"
+              "MR internal fail: file perflib/src/mrtool, line 845\n"
+              "MR internal fail: file perflib/src/mrtool, line 273\n");
 }
 
 TEST_F(Tool, RepeatsAReadingOfNoClocksOnce) {
-    static const struct {
-        std::vector<long long> readings;
-        std::vector<mrResult> results;
-        const char* log;
-        double figure;
-        mrResult result;
-    } rows[] = {
-        {{0, 500}, {MR_OK}, "L1 L1 ", 500.0, MR_OK},
-        {{0}, {MR_OK}, "L1 L1 ", 0.0, MR_OK},
-        {{-5, 300}, {MR_OK}, "L1 L1 ", 300.0, MR_OK},
-        {{0, 300}, {MR_LIB_NOTE, MR_OK}, "L1 L1 ", 300.0, MR_LIB_NOTE},
-        {{0, 300}, {MR_LIB_FAIL}, "L1 ", 0.0, MR_LIB_FAIL},
-        {{1, 300}, {MR_OK}, "L1 ", 1.0, MR_OK},
-    };
-    m_tool.setMethodLoop(1);
-    for (const auto& row : rows) {
-        costs = row.readings;
-        results = row.results;
-        EXPECT_EQ(called(loop, nullptr, nullptr), row.log);
-        EXPECT_EQ(m_tool.m_funcClocks, row.figure);
-        EXPECT_EQ(m_result, row.result);
-        EXPECT_EQ(str(m_tool.m_comment), "nLps=1") << "left from the measurement before";
-    }
-}
-
-TEST_F(Tool, OldEntryMeasuresByItself) {
-    const FuncOld old = [](mrTool& tool, int numLoops) {
-        tool.m_numClocks = 70LL * numLoops;
+    EXPECT_EQ(readings({0, 500}, {MR_OK}), "L1*2 = 500 nLps=1");
+    EXPECT_EQ(readings({0}, {MR_OK}), "L1*2 = 0 nLps=1");
+    EXPECT_EQ(readings({-5, 300}, {MR_OK}), "L1*2 = 300 nLps=1");
+    EXPECT_EQ(readings({0, 300}, {MR_LIB_NOTE, MR_OK}), "L1*2 = 300 nLps=1 !5");
+    EXPECT_EQ(readings({0, 300}, {MR_LIB_FAIL}), "L1 = 0 nLps=1 !9");
+    EXPECT_EQ(readings({1, 300}, {MR_OK}), "L1 = 1 nLps=1");
+    const FuncOld old = [](mrTool& own, int numLoops) {
+        own.m_numClocks = 70LL * numLoops;
         return MR_DATA_NOTE;
     };
-    m_tool.setMethodLoop(3);
-    EXPECT_EQ(m_tool.timing(old), MR_DATA_NOTE);
-    EXPECT_EQ(m_tool.m_funcClocks, 210.0);
+    EXPECT_EQ(tool.timing(old), MR_DATA_NOTE);
+    EXPECT_EQ(tool.m_funcClocks, 70.0);
 }
 
 TEST_F(Tool, LoopsAroundTheCallEntry) {
-    static const struct {
-        std::vector<int> statuses;
-        FuncCall init;
-        const char* log;
-        double figure;
-    } rows[] = {
-        {{0}, nullptr, "C C C C ", 300.0},     {{0}, init, "I C I C I C I C ", 321.0},
-        {{-1, 0}, nullptr, "C C C C ", 300.0}, {{0, 4, -2}, nullptr, "C C C ", 200.0},
-        {{0, -2}, init, "I C I C ", 107.0},
-    };
-    m_tool.setMethodLoop(3);
     initCost = 7;
-    for (const auto& row : rows) {
-        statuses = row.statuses;
-        EXPECT_EQ(called(nullptr, nullptr, call, row.init), row.log);
-        EXPECT_EQ(m_tool.m_funcClocks, row.figure) << row.log;
-        EXPECT_EQ(m_result, MR_OK);
-    }
+    EXPECT_EQ(calls(MR_METHOD_LOOP, 3, 0, {0}, "C"), "C*4 = 300 nLps=3 ?0");
+    EXPECT_EQ(calls(MR_METHOD_LOOP, 2, 0, {0}, "CI"), "I C I C I C = 214 nLps=2 ?0");
+    EXPECT_EQ(calls(MR_METHOD_LOOP, 3, 0, {-1, 0}, "C"), "C*4 = 300 nLps=3 ?9") << "of the warm-up";
+    EXPECT_EQ(calls(MR_METHOD_LOOP, 3, 0, {0, 4, -2}, "C"), "C*3 = 200 nLps=3 ?9");
+    EXPECT_EQ(calls(MR_METHOD_LOOP, 3, 0, {0, 4, 0}, "C"), "C*4 = 300 nLps=3 ?4");
 }
 
 TEST_F(Tool, AddsUpTimedCallsOfTheCallEntry) {
-    static const struct {
-        int calls;
-        long long clocks;
-        long long cost;
-        std::vector<int> statuses;  // of the warm-up, then of the timed and the untimed call of each round
-        int rounds;
-        int made;  // calls in all
-        double figure;
-    } rows[] = {
-        {12, 10000, 2000, {0}, 12, 25, 2000.0},
-        {12, 10000, 100, {0}, 100, 201, 100.0},
-        {3, 0, 100, {0}, 3, 7, 100.0},
-        {0, 0, 100, {0}, 0, 1, 0.0},
-        // The status of the timed call does not end it, that of the second call does, and its round does not
-        // count though its clocks do.
-        {3, 0, 100, {0, -1, 0}, 3, 7, 100.0},
-        {3, 0, 100, {0, 0, 0, 0, -1}, 1, 5, 200.0},
-        {3, 0, 100, {0, 0, -1}, 0, 3, 0.0},
-        {2, 0, 100, {-1, 0}, 2, 5, 100.0},
-    };
-    for (const auto& row : rows) {
-        m_tool.setMethodStat(row.calls, row.clocks);
-        costs = {row.cost};
-        statuses = row.statuses;
-        EXPECT_EQ(called(nullptr, nullptr, call), times(row.made, "C "));
-        EXPECT_EQ(m_tool.m_funcClocks, row.figure) << row.made;
-        EXPECT_EQ(str(m_tool.m_comment), "nCalls=" + std::to_string(row.rounds));
-        EXPECT_EQ(m_result, MR_OK);
-    }
-    // Putting the data back stands outside the timed stretch.
-    m_tool.setMethodStat(2, 0);
     initCost = 7;
-    EXPECT_EQ(called(nullptr, nullptr, call, init), "I C I C C I C C ");
-    EXPECT_EQ(m_tool.m_funcClocks, 100.0);
-}
-
-TEST_F(Tool, StatusesOfTheCallEntryBecomeResultsIfAsked) {
-    mrTool::m_pCheckStatus = [](int status) { return status < 0 ? MR_LIB_FAIL : mrResult{MR_OK}; };
-    static constexpr struct {
-        int method;
-        int statuses[4];
-        int made;
-        mrResult result;
-    } rows[] = {
-        {MR_METHOD_LOOP, {-1, 0, 0, 0}, 1, MR_LIB_FAIL}, {MR_METHOD_LOOP, {0, 0, -1, 0}, 3, MR_LIB_FAIL},
-        {MR_METHOD_LOOP, {0, 0, 4, 0}, 4, MR_OK},        {MR_METHOD_STAT, {-1, 0, 0, 0}, 1, MR_LIB_FAIL},
-        {MR_METHOD_STAT, {0, -1, 0, 0}, 7, MR_OK},       {MR_METHOD_STAT, {0, 0, -1, 0}, 3, MR_LIB_FAIL},
-    };
-    m_tool.m_manualLoops = 3;
-    m_tool.m_statCalls = 3;
-    m_tool.m_statClocks = 0;
-    for (const auto& row : rows) {
-        m_tool.m_method = row.method;
-        statuses.assign(std::begin(row.statuses), std::end(row.statuses));
-        EXPECT_EQ(called(nullptr, nullptr, call), times(row.made, "C "));
-        EXPECT_EQ(m_result, row.result) << row.method << " " << row.made;
-    }
-    mrTool::m_pCheckStatus = nullptr;
+    // A round is a timed and an untimed call.
+    EXPECT_EQ(calls(MR_METHOD_STAT, 12, 10000, {0}, "C"), "C*201 = 100 nCalls=100 ?0");
+    EXPECT_EQ(calls(MR_METHOD_STAT, 12, 1200, {0}, "C"), "C*25 = 100 nCalls=12 ?0");
+    EXPECT_EQ(calls(MR_METHOD_STAT, 12, 1201, {0}, "C"), "C*27 = 100 nCalls=13 ?0");
+    EXPECT_EQ(calls(MR_METHOD_STAT, 0, 0, {0}, "C"), "C = 0 nCalls=0 ?0");
+    EXPECT_EQ(calls(MR_METHOD_STAT, 2, 0, {0}, "CI"), "I C I C*2 I C*2 = 100 nCalls=2 ?0");
+    // The status of the untimed call comes first, and alone ends it; that round counts no call, but clocks.
+    EXPECT_EQ(calls(MR_METHOD_STAT, 2, 0, {0, 0, 0, -1, 3}, "C"), "C*5 = 100 nCalls=2 ?3");
+    EXPECT_EQ(calls(MR_METHOD_STAT, 2, 0, {0, 0, 0, -1, 0}, "C"), "C*5 = 100 nCalls=2 ?9");
+    EXPECT_EQ(calls(MR_METHOD_STAT, 3, 0, {0, 0, 0, 0, -1}, "C"), "C*5 = 200 nCalls=1 ?9");
+    EXPECT_EQ(calls(MR_METHOD_STAT, 3, 0, {0, 0, -1}, "C"), "C*3 = 0 nCalls=0 ?9");
 }
 
 TEST_F(Tool, SetAndUseRestoresTheDataBeforeEachCall) {
     struct Block : mrObject {
-        bool setReservedCopy() override {
-            ScriptedClock::advance(5);
-            return ++restored > 0;
-        }
-        int restored = 0;
+        bool setReservedCopy() override { return advance(5), true; }
     } owner;
     void* block = mrMalloc(16, 0, 0, &owner);
-    mrTest::clearCtrlStatus();
-    onCall = [](int) { raiseOverflow(); };
-    m_tool.m_setAndUse = true;
-    const struct {
-        int method;
-        FuncLoop loop;
-        FuncCall call;
-        const char* log;
-        int restored;
-        double figure;
-        mrResult result;
-    } rows[] = {
-        {MR_METHOD_LOOP, loop, call, "I C I C I C ", 2, 224.0, MR_OK},
-        {MR_METHOD_STAT, loop, call, "I C I C C I C C ", 2, 105.0, MR_OK},
-        {MR_METHOD_LOOP, loop, nullptr, "", 0, 0.0, MR_NOT_RUN},
-    };
-    m_tool.m_manualLoops = 2;
-    m_tool.m_statCalls = 2;
-    m_tool.m_statClocks = 0;
+    tool.m_setAndUse = true;
+    tool.m_manualLoops = tool.m_statCalls = 2;
+    tool.m_statClocks = 0;
     initCost = 7;
-    for (const auto& row : rows) {
-        owner.restored = 0;
-        m_tool.m_method = row.method;
-        EXPECT_EQ(called(row.loop, stat, row.call, init), row.log);
-        EXPECT_EQ(owner.restored, row.restored) << row.log;
-        EXPECT_EQ(m_tool.m_funcClocks, row.figure) << row.log;
-        EXPECT_EQ(m_result, row.result);
-    }
+    onCall = [](int) { setFlagsSSX(8); };
+    EXPECT_EQ(course(MR_METHOD_LOOP, "LSCI"), "I C I C I C = 224 nLps=2");
+    EXPECT_EQ(course(MR_METHOD_LOOP, "LSI"), "= 0 nLps=2 !0");
+    EXPECT_EQ(course(MR_METHOD_STAT, "LSCI"), "I C I C*2 I C*2 = 105 nCalls=2");
     EXPECT_FALSE(g_ssx.badStatus()) << "the status is not watched in this mode";
-    m_tool.m_setAndUse = false;
-    called(loop, nullptr, nullptr);
-    EXPECT_TRUE(g_ssx.badStatus());
-    mrTest::clearCtrlStatus();
     mrFree(block);
 }
 
 TEST_F(Tool, WatchesTheEntryAlone) {
-    const KeptFloatState kept;
-    mrTest::clearCtrlStatus();
-    for (const int method : {MR_METHOD_LOOP, MR_METHOD_STAT}) {
-        m_tool.m_method = method;
-        raiseOverflow();
-        called(loop, stat, nullptr);
-        EXPECT_FALSE(g_ssx.badStatus()) << "from before the call";
-        onCall = [](int) { raiseOverflow(); };
-        called(loop, stat, nullptr);
-        EXPECT_TRUE(g_ssx.badStatus());
-        onCall = nullptr;
-        mrTest::clearCtrlStatus();
-    }
+    setFlagsSSX(8);
+    course(MR_METHOD_LOOP, "L");
+    EXPECT_FALSE(g_ssx.badStatus()) << "of code before the call";
+    onCall = [](int) { setFlagsSSX(8); };
+    course(MR_METHOD_STAT, "S");
+    EXPECT_TRUE(g_ssx.badStatus());
+    EXPECT_EQ(course(MR_METHOD_LOOP, "LI"), "L10 = 1000 nLps=10");
+    tool.m_ibs = true;
+    EXPECT_EQ(course(MR_METHOD_LOOP, "LI"), "I L10 = 1000 nLps=10");
 }
 
-TEST_F(Tool, TestsMarkedSoPutTheirDataBackBeforeEachMeasurement) {
-    m_tool.setMethodLoop(4);
-    EXPECT_EQ(called(loop, nullptr, nullptr, init), "L4 ");
-    m_tool.m_ibs = true;
-    EXPECT_EQ(called(loop, nullptr, nullptr, init), "I L4 ");
-}
-
-TEST(ToolTexts, AccuracyAndClocks) {
-    static const struct {
-        double accuracy;
-        std::string text;
-    } accuracies[] = {
-        {0.0005, "0.05%"}, {0.05, "5.0%"},  {0.0, "0.00%"},      {0.001, "0.1%"},
-        {1.0, "100.0%"},   {2.0, "200.0%"}, {500.0, "50000.0%"}, {1e30, "100000000000000005"},
-    };
-    for (const auto& row : accuracies) {
-        EXPECT_EQ(str(mrTool::getAccuracyStr(row.accuracy)), row.text);
+TEST_F(Tool, WritesAccuracyAndClocks) {
+    mrString text;
+    for (const double accuracy : {0.0, 0.0005, 0.001, 0.05, 500.0, 1e30}) {
+        text << mrTool::getAccuracyStr(accuracy) << " ";
     }
-    static constexpr struct {
-        long long clocks;
-        const char* text;
-    } clocks[] = {
-        {0, "0"},
-        {-5, "-5"},
-        {2147483647, "2147483647"},
-        {2147483648, "2147483640"},
-        {LLONG_MAX,
-         "922337203"
-         "0000000000"},
-    };
-    for (const auto& row : clocks) {
-        EXPECT_EQ(str(clockStr(row.clocks)), row.text);
+    for (const long long clocks : {0LL, -5LL, 2147483647LL, 2147483648LL, LLONG_MAX}) {
+        text << clockStr(clocks) << " ";
     }
+    EXPECT_EQ(str(text),
+              "0.00% 0.05% 0.1% 5.0% 50000.0% 100000000000000005 "
+              "0 -5 2147483647 2147483640 9223372030000000000 ");
 }
 
 }  // namespace

@@ -8,10 +8,11 @@
 #endif
 
 #include <algorithm>
-#include <ostream>
+#include <initializer_list>
 #include <random>
 #include <regex>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "../../support/guarded_page.h"
@@ -34,10 +35,10 @@ class Pattern {
     void* block() { return m_block.data(); }
     /// The matches as "(place,length)" each, "-" for a group that took no part, "limit" at the end of a
     /// search that was given up.
-    std::string find(const Zyl8u* text, int len, int capacity);
     std::string find(const std::string& text, int capacity = 100) {
         return find(bytesOf(text), static_cast<int>(text.size()), capacity);
     }
+    std::string find(const Zyl8u* text, int len, int capacity);
 
     int sizeStatus = 0;
     int status = 0;
@@ -66,96 +67,62 @@ std::string Pattern::find(const Zyl8u* text, int len, int capacity) {
     return findStatus == 0 ? all : all + "limit";
 }
 
-struct FindCase {
+using namespace std::string_literals;
+
+// Where ECMAScript differs from other dialects the expected result is its own.
+const struct {
     std::string pattern;
     const char* options;
     std::string text;
     std::string found;
-};
-
-using namespace std::string_literals;
-
-// Where ECMAScript differs from other dialects the expected result is its own.
-const FindCase kFinds[] = {
+} kFinds[] = {
     {"", nullptr, "", "(0,0)"},
     {"", "g", "ab", "(0,0)(1,0)(2,0)"},
-    {"b", "", "abab", "(1,1)"},
-    {"b", "g", "abab", "(1,1)(3,1)"},
     {"a*", "g", "aab", "(0,2)(2,0)(3,0)"},
-    {"x", "g", "abc", ""},
     // Alternatives: the first that leads to a match, not the longest.
-    {"a|ab|abc", "", "abc", "(0,1)"},
-    {"(?:a|ab)c", "", "abc", "(0,3)"},
-    {"|a", "", "a", "(0,0)"},
     // Groups: those of a turn that is over are unset, also within a loop.
     {"(z)((a+)?(b+)?(c))*", "", "zaacbbbcac", "(0,10)(0,1)(8,2)(8,1)-(9,1)"},
-    {"(a)|(b)", "", "b", "(0,1)-(0,1)"},
     {"((a)|b)*", "", "ab", "(0,2)(1,1)-"},
     {"(a*)*", "", "b", "(0,0)-"},
     {"(?:a?)*?b", "", "aab", "(0,3)"},
-    {"(a?){3}", "", "a", "(0,1)(1,0)"},
     {"(a){0}b", "", "ab", "(1,1)-"},
-    {"[a][b]{0}", "", "ab", "(0,1)"},
-    {"(?:ab)?c", "", "abc", "(0,3)"},
     // Quantifiers.
-    {"a{2}", "g", "aaaaa", "(0,2)(2,2)"},
     {"a{2,3}", "g", "aaaaa", "(0,3)(3,2)"},
-    {"a{2,}?", "g", "aaaaa", "(0,2)(2,2)"},
-    {"<.+?>", "g", "<a><b>", "(0,3)(3,3)"},
-    {"<.+>", "g", "<a><b>", "(0,6)"},
     {"(?:ab){2,3}?c", "", "abababc", "(0,7)"},
-    {"a??b", "", "ab", "(0,2)"},
     {"a{,2}|{", "g", "a{,2}{", "(0,5)(5,1)"},
     {"a{99999999999}", "", "aaa", ""},
     // Lookahead: what it sets stays, what it might have tried otherwise is gone.
-    {"(?=(a+))", "", "baaabac", "(1,0)(1,3)"},
     {"(?=(a+))a*b\\1", "", "baaabac", "(3,3)(3,1)"},
     {"(.*?)a(?!(a+)b\\2c)\\2(.*)", "", "baaabaac", "(0,8)(0,2)-(3,5)"},
-    {"(?!a)\\w", "g", "aba", "(1,1)"},
     {"(?!(?=(a))b)a", "", "a", "(0,1)-"},
     // Back references; to a group that took no part, and from inside.
-    {"(a)(b)\\2\\1", "", "abba", "(0,4)(0,1)(1,1)"},
-    {"\\1(a)", "", "aa", "(0,1)(0,1)"},
     {"(a\\1)", "", "aa", "(0,1)(0,1)"},
     {"(ab)\\1", "i", "aBAb", "(0,4)(0,2)"},
     {"(a)(b)?\\2c", "", "ac", "(0,2)(0,1)-"},
     // Sets and escapes.
-    {"[b-d]+", "", "abcde", "(1,3)"},
-    {"[^b-d]", "g", "abe", "(0,1)(2,1)"},
     {"[]a]", "", "a]", ""},
-    {"[a-a]", "", "ba", "(1,1)"},
     {"[a-\\d]+", "", "-a1", "(0,3)"},
     {"[^]", "", "\n", "(0,1)"},
     {"[-a]+[a-]+[\\w-.]+", "", "a-a-b.", "(0,6)"},
-    {"[\\]\\\\^]+", "", "]\\^", "(0,3)"},
-    {"[\\b]", "", "a\b", "(1,1)"},
     {"[\\x80-\\xFF]+", "", "a\x80\xC3\xFF", "(1,3)"},
-    {"\\d+\\D+", "", "a12bc", "(1,4)"},
     {"\\w+\\W", "", "-a_9Z\xE9", "(1,5)"},
     {"\\s+\\S", "", "a \t\n\v\f\rb", "(1,7)"},
     {"\\n\\t\\r\\f\\v\\x41\\.\\/\\-", "", "\n\t\r\f\vA./-", "(0,9)"},
-    {"\\bb\\B", "", "ab b ba", "(5,1)"},
-    {"a\\x00b", "", "a\0b"s, "(0,3)"},
     {".+", "", "a\0b\rc"s, "(0,3)"},
     // Options.
     {"AB[c-e]", "i", "abD", "(0,3)"},
-    {"AB   C", "i", "ab   c", "(0,6)"},
     {"[^A]", "i", "aB", "(1,1)"},
     {"\\xC3", "i", "\xE3", ""},
-    {"^b$", "", "a\nb\nc", ""},
     {"^b$", "m", "a\nb\rc", "(2,1)"},
     {"$", "gm", "a\n", "(1,0)(2,0)"},
-    {"a.b", "", "a\nb", ""},
     {"a.b", "s", "a\nb", "(0,3)"},
     {" a # one\n [ #] \\ {2} # two", "x", "a#  ", "(0,4)"},
-    {"a b", "", "a b", "(0,3)"},
-    {"B.", "gis", "ab\nb", "(1,2)"},
-    {"(?:ab) *", "x", "abab", "(0,4)"},
+    {"(?:AB) ?c", "ix", "abC", "(0,3)"},
 };
 
 TEST(RegExp, Finds) {
     const GuardedPage page;
-    for (const FindCase& row : kFinds) {
+    for (const auto& row : kFinds) {
         Pattern pattern(row.pattern, row.options);
         ASSERT_EQ(pattern.status, 0) << row.pattern;
         EXPECT_EQ(pattern.sizeStatus, 0) << row.pattern;
@@ -168,49 +135,33 @@ TEST(RegExp, Finds) {
     }
 }
 
-struct BadPattern {
+const struct {
     std::string pattern;
     const char* options;
     int offset;
-};
-
-const BadPattern kBadPatterns[] = {
+} kBadPatterns[] = {
     {"ab(c", "", 2},
-    {"ab)c", "", 2},
     {"a[bc", "", 1},
-    {"a(?=b", "", 1},
     {"a(?<b)", "", 1},
     {"a**", "", 2},
-    {"*", "", 0},
-    {"(+)", "", 1},
     {"a|?", "", 2},
-    {"^*", "", 1},
     {"(?=a)*", "", 5},
-    {"\\b+", "", 2},
-    {"a{2}{3}", "", 4},
     {"a{3,2}", "", 1},
-    {"{1}", "", 0},
     {"[z-a]", "", 1},
-    {"[a-\\q]", "", 3},
-    {"a\\", "", 1},
-    {"a\\q", "", 1},
-    {"\\xG0", "", 0},
     {"(a)\\2", "", 3},
-    {"\\0", "", 0},
     {"a", "gz", -1},
-    {"a", "G", -1},
     {"(# )", "x", 0},
     {std::string(101, '(') + std::string(101, ')'), "", 100},
     {std::string(65536, 'a'), "", 65535},
 };
 
 TEST(RegExp, BadPatternsTellTheirPlace) {
-    for (const BadPattern& row : kBadPatterns) {
+    for (const auto& row : kBadPatterns) {
         Pattern pattern(row.pattern, row.options);
         EXPECT_EQ(pattern.status, zylStsRegExpPatternErr) << row.pattern.substr(0, 20);
         EXPECT_EQ(pattern.errorOffset, row.offset) << row.pattern.substr(0, 20);
-        const bool badInAnyCase = *row.options == '\0';
-        EXPECT_EQ(pattern.sizeStatus, badInAnyCase ? zylStsRegExpPatternErr : 0) << row.pattern.substr(0, 20);
+        // The size is told without the options.
+        EXPECT_EQ(pattern.sizeStatus, row.options[0] == '\0' ? zylStsRegExpPatternErr : 0);
     }
     EXPECT_EQ(Pattern(std::string(100, '(') + std::string(100, ')'), "").status, 0);
 }
@@ -227,64 +178,38 @@ TEST(RegExp, RunawaysAreGivenUp) {
     EXPECT_EQ(Pattern("[ab]*.*c", "s").find(std::string(200000, 'a') + "c"), "(0,200001)");
 }
 
-TEST(RegExp, FillsAShortList) {
-    EXPECT_EQ(Pattern("(a)(b)", "").find("ab", 2), "(0,2)(0,1)");
-    EXPECT_EQ(Pattern("a", "g").find("aaa", 2), "(0,1)(1,1)");
-    EXPECT_EQ(Pattern("a", "").find("aaa", 0), "");
-    EXPECT_EQ(Pattern("a", "g").find("aaa", 0), "");
-}
-
-TEST(RegExp, BlockMayBeMovedAndUsedAgain) {
+TEST(RegExp, BlockMayBeMovedAndUsedAgainAndFillsAShortList) {
     Pattern first("(a|b)+(?=c)", "g");
     Pattern moved = first;
     EXPECT_EQ(first.find("abcbc"), "(0,2)(3,1)");
     EXPECT_EQ(moved.find("xbc"), "(1,1)");
-    EXPECT_EQ(first.find("abcbc"), "(0,2)(3,1)");
+    EXPECT_EQ(first.find("abcbc", 1), "(0,2)");
+    EXPECT_EQ(first.find("abcbc", 0), "");
+    EXPECT_EQ(Pattern("(a)(b)", "").find("ab", 2), "(0,2)(0,1)");
 }
 
-/// Patterns that both libraries read alike. No loops round groups, and none in a lookahead: the reference
-/// does not unset them.
-class PatternMaker {
-  public:
-    std::string make() { return alternatives(0); }
-    std::string text() {
-        std::string made;
-        for (std::size_t left = m_random() % 12; left > 0; --left)
-            made += pick({"a", "b", "c", "1", " ", "\n", "_"});
-        return made;
-    }
+std::string pick(std::minstd_rand& random, std::initializer_list<const char*> choices) {
+    return choices.begin()[random() % choices.size()];
+}
 
-  private:
-    static constexpr int kDeepest = 3;
-
-    std::string pick(std::initializer_list<const char*> choices) {
-        return choices.begin()[m_random() % choices.size()];
+/// A pattern that both libraries read alike. No loops round groups, and no groups in a lookahead: the
+/// reference does not unset them.
+std::string somePattern(std::minstd_rand& random, int depth) {
+    std::string made;
+    for (std::size_t left = random() % 4; left > 0; --left) {
+        const std::size_t kind = random() % 9;
+        if (kind < 5 || depth == 0)
+            made += pick(random, {"a", "b", ".", "[ab]", "[^a]", "[a-c1]", "\\d", "\\w", "\\s", "\\W"}) +
+                    pick(random, {"", "", "*", "+", "?", "{2}", "{1,2}", "{1,}", "*?", "+?", "??", "{0,2}?"});
+        else if (kind == 5)
+            made += pick(random, {"^", "$", "\\b", "\\B"});
+        else if (kind == 6)
+            made += pick(random, {"(?=", "(?!"}) + somePattern(random, 0) + ")";
+        else
+            made += pick(random, {"(", "(?:"}) + somePattern(random, depth - 1) + ")";
     }
-    std::string alternatives(int depth) {
-        std::string made = sequence(depth);
-        while (m_random() % 4 == 0)
-            made += "|" + sequence(depth);
-        return made;
-    }
-    std::string sequence(int depth) {
-        std::string made;
-        for (std::size_t left = m_random() % 4; left > 0; --left)
-            made += term(depth);
-        return made;
-    }
-    std::string term(int depth) {
-        const std::size_t kind = depth < kDeepest ? m_random() % 9 : 0;
-        if (kind < 5)
-            return pick({"a", "b", ".", "[ab]", "[^a]", "[a-c1]", "\\d", "\\w", "\\s", "\\W"}) +
-                   pick({"", "", "*", "+", "?", "{2}", "{1,2}", "{1,}", "*?", "+?", "??", "{0,2}?"});
-        if (kind == 5)
-            return pick({"^", "$", "\\b", "\\B"});
-        const std::string opening = pick({"(", "(?:", "(?=", "(?!"});
-        return opening + alternatives(opening.size() == 3 && opening != "(?:" ? kDeepest : depth + 1) + ")";
-    }
-
-    std::minstd_rand m_random{11};
-};
+    return random() % 4 == 0 ? made + "|" + somePattern(random, depth) : made;
+}
 
 std::string foundByReference(const std::string& pattern, const std::string& text) {
     const std::regex reference(pattern, std::regex::ECMAScript);
@@ -300,13 +225,15 @@ std::string foundByReference(const std::string& pattern, const std::string& text
 }
 
 TEST(RegExp, AgreesWithTheStandardLibrary) {
-    PatternMaker maker;
+    std::minstd_rand random(11);
     for (int i = 0; i < 1000 && !HasFailure(); ++i) {
-        const std::string pattern = maker.make();
+        const std::string pattern = somePattern(random, 3);
         Pattern compiled(pattern, "");
         ASSERT_EQ(compiled.status, 0) << pattern;
         for (int k = 0; k < 4; ++k) {
-            const std::string text = maker.text();
+            std::string text;
+            for (std::size_t left = random() % 12; left > 0; --left)
+                text += pick(random, {"a", "b", "c", "1", " ", "\n", "_"});
             EXPECT_EQ(compiled.find(text), foundByReference(pattern, text))
                 << pattern << " in " << testing::PrintToString(text);
         }
@@ -334,31 +261,16 @@ const ReplaceCase kReplaces[] = {
      "xyz37A- # B-ab6142 # C-Wxy66 # qrs93D-"},
     {"([A-Z]-)(?![a-z]{3})([a-z0-9]*)", "g", "A-xyz37 # B-ab6142 # C-Wxy66 # D-qrs93", "$2$1", 2,
      "A-xyz37 # ab6142B- # C-Wxy66 # D-qrs93"},
-    {"x", "g", "abc", "y", 0, "abc"},
     {"", "g", "ab", "-", 3, "-a-b-"},
-    {"(a)|(b)", "g", "ab", "[$1|$2]", 2, "[a|][|b]"},
     {"a(b)?", "", "a", "$$0 $0 $1 $2 $x $", 1, "$0 a  $2 $x $"},
-    {"b", "", "abc", "", 1, "ac"},
-    {"^", "", "", "new", 1, "new"},
 };
 
-struct Replaced {
-    int status;
-    int consumed;
-    int count;
-    std::string result;
-
-    bool operator==(const Replaced&) const = default;
-};
-
-void PrintTo(const Replaced& of, std::ostream* out) {
-    *out << "status " << of.status << ", consumed " << of.consumed << ", count " << of.count << ", '"
-         << of.result << "'";
-}
+/// Status, elements consumed, matches replaced, result.
+using Replaced = std::tuple<int, int, int, std::string>;
 
 Replaced replace(const ReplaceCase& row, int room, int capacity) {
     Pattern pattern(row.pattern, row.options);
-    const auto* text = reinterpret_cast<const Zyl8u*>(row.replacement.c_str());
+    const Zyl8u* text = bytesOf(row.replacement);
     int size = 0;
     EXPECT_EQ(zylsRegExpReplaceGetSize(text, &size), 0);
     std::vector<int> state(static_cast<std::size_t>(size) / sizeof(int) + 1);
@@ -366,22 +278,20 @@ Replaced replace(const ReplaceCase& row, int room, int capacity) {
     const GuardedPage page;
     Zyl8u* dst = page.atBack(room, 0);
     std::vector<ZylRegExpFind> found(static_cast<std::size_t>(capacity) + 1);
-    Replaced out{0, static_cast<int>(row.text.size()), capacity, ""};
-    out.status = zylsRegExpReplace_8u(bytesOf(row.text), &out.consumed, dst, &room, found.data(), &out.count,
-                                      pattern.block(), state.data());
-    out.result.assign(dst, dst + room);
-    return out;
+    int consumed = static_cast<int>(row.text.size());
+    const int status = zylsRegExpReplace_8u(bytesOf(row.text), &consumed, dst, &room, found.data(), &capacity,
+                                            pattern.block(), state.data());
+    return {status, consumed, capacity, std::string(dst, dst + room)};
 }
 
 // The second call has the numbers that the first returned: an exact fit.
 TEST(RegExp, Replaces) {
     for (const ReplaceCase& row : kReplaces) {
         const int fit = static_cast<int>(row.result.size());
-        for (const auto& [room, capacity] : {std::pair{2000, 1000}, std::pair{fit, row.count}}) {
-            const Replaced all = {0, static_cast<int>(row.text.size()), row.count, row.result};
-            EXPECT_EQ(replace(row, room, capacity), all) << row.pattern;
-        }
-        EXPECT_EQ(replace(row, fit - 1, 1000).status, zylStsNoRoomNote) << row.pattern;
+        const Replaced all = {0, static_cast<int>(row.text.size()), row.count, row.result};
+        EXPECT_EQ(replace(row, 2000, 1000), all) << row.pattern;
+        EXPECT_EQ(replace(row, fit, row.count), all) << row.pattern;
+        EXPECT_EQ(std::get<0>(replace(row, fit - 1, 1000)), zylStsNoRoomNote) << row.pattern;
     }
 }
 
@@ -394,7 +304,6 @@ TEST(RegExp, ReplacesUpToTheRoomAndTheList) {
         Replaced expected;
     } rows[] = {
         {16, 9, {zylStsNoRoomNote, 8, 3, "<t>ex<t>,<t>ex"}},
-        {4, 9, {zylStsNoRoomNote, 2, 1, "<t>e"}},
         {2, 9, {zylStsNoRoomNote, 0, 0, ""}},
         {13, 2, {zylStsNoErr, 9, 2, "<t>ex<t>,text"}},
         {9, 0, {zylStsNoErr, 9, 0, "text,text"}},
