@@ -37,6 +37,9 @@ TEST(Dialogue, ValuesComeFromOptionFileAnswerAndDefaultInThisOrder) {
 }
 
 TEST(Dialogue, ThroughATerminal) {
+    if (!hasTerminals()) {
+        GTEST_SKIP() << "no pseudo terminals here";
+    }
     const Outcome outcome = run({.arguments = {"-ATiming", "-f=zylsCompare_8u", "-dVectorLength=64"},
                                  .answers = {{"Method {Auto|Manual|Statistic|Iterative} [Auto] = ", "man\n"},
                                              {"\n NumLoops [10] = ", "\x04"}},

@@ -1,8 +1,3 @@
-// GCC 12 finds fault with its own <regex> where sanitizers are on.
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
-#endif
-
 #include <regex>
 
 #include "tables.h"

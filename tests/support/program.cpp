@@ -218,6 +218,8 @@ std::string readFile(const std::string& path) {
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
+bool hasTerminals() { return Descriptor(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)).number() >= 0; }
+
 Outcome run(const Invocation& what) {
     std::signal(SIGPIPE, SIG_IGN);  // a program may be gone before it is answered
     return Child(what).result();

@@ -44,6 +44,9 @@ struct Invocation {
     int seconds = 60;                        ///< it is killed if it takes longer
 };
 
+/// False where the system gives no pseudo terminal, as in a bare root folder.
+bool hasTerminals();
+
 struct Outcome {
     std::string output;  ///< standard output; what the terminal showed, with plain line ends
     std::string errors;  ///< standard error

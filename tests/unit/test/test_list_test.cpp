@@ -95,7 +95,7 @@ TEST_F(TestList, RunsWhatIsSelected) {
     EXPECT_EQ(ran(m_all), "aFind Trim Find ");
     mrTestList::m_startFunc = "Other";
     EXPECT_EQ(ran(m_all), "");
-    mrConditions conditions;
+    static mrConditions& conditions = *new mrConditions;  // what stands in it lives on as well
     conditions.append(mrMakeCondition(RunCondition::FunctionName, "-aFind"));
     mrTestList::m_startFunc = "Find";
     EXPECT_EQ(ran(conditions), "Find ") << "a test that is left out is no beginning";
@@ -154,7 +154,7 @@ TEST_F(TestList, CommonParametersAreThoseThatASelectedTestUses) {
     mrTest::m_cache = true;  // the iterator of the cache stands for the one inside it
     EXPECT_EQ(common(m_all), "Length Shift by a b ");
     mrTest::m_cache = false;
-    mrConditions conditions;
+    static mrConditions& conditions = *new mrConditions;  // what stands in it lives on as well
     conditions.append(mrMakeCondition(RunCondition::FunctionName, "=a"));
     EXPECT_EQ(common(conditions), "Length by a ");
     add("c").uses = {&unused};

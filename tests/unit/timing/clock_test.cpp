@@ -21,7 +21,7 @@ TEST(Clock, TakesTheNearestKnownRate) {
 
 /// The fields as the leaves give them, the flags in the order of the bits below.
 std::vector<int> identOf(Zyl32u highest, Zyl32u extended, std::vector<ProcessorRecord::Leaf> leaves) {
-    const ProcessorRecord record = {"", "", highest, extended, std::move(leaves)};
+    const ProcessorRecord record = {"ZorvaGenuine", "", highest, extended, std::move(leaves)};
     const RecordedProcessor processor(record);
     tamarinIdent id = {};
     EXPECT_EQ(zyl_get_tamarin_ident(&id), 0);

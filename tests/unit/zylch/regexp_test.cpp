@@ -2,11 +2,6 @@
 
 #include <gtest/gtest.h>
 
-// GCC 12 finds fault with its own <regex> where sanitizers are on.
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
-#endif
-
 #include <algorithm>
 #include <initializer_list>
 #include <random>
