@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstring>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -49,9 +50,11 @@ class RecordedProcessor {
         std::memset(words, 0, 4 * sizeof *words);
         if (leaf == 0) {
             words[0] = s_record.highest;
-            std::memcpy(&words[1], s_record.vendor, 4);
-            std::memcpy(&words[3], s_record.vendor + 4, 4);
-            std::memcpy(&words[2], s_record.vendor + 8, 4);
+            std::string vendor = s_record.vendor;
+            vendor.resize(12);
+            std::memcpy(&words[1], vendor.data(), 4);
+            std::memcpy(&words[3], vendor.data() + 4, 4);
+            std::memcpy(&words[2], vendor.data() + 8, 4);
         } else if (leaf == 0x80000000) {
             words[0] = s_record.highestExtended;
         } else if (leaf >= 0x80000002 && leaf <= 0x80000004) {
