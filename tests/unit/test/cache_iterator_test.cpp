@@ -105,4 +105,19 @@ TEST_F(CacheWalk, GivesUp) {
     EXPECT_FALSE(narrow.repeatValue());
 }
 
+/// Too small behind too large, at the third try: a hundredth of the cache will do, at once and until the next
+/// state.
+TEST_F(CacheWalk, SwingsAcrossTheRange) {
+    mrCacheIteratorInt swinging(size, this, [](mrParameter*, int, int, bool) { return true; });
+    EXPECT_TRUE(swinging.nextValue());
+    EXPECT_FALSE(fits(swinging, 200000, 900001));
+    EXPECT_TRUE(swinging.repeatValue());
+    EXPECT_FALSE(fits(swinging, 50000, 60000));
+    EXPECT_FALSE(fits(swinging, 200000, 900001));
+    EXPECT_TRUE(swinging.repeatValue());
+    EXPECT_TRUE(fits(swinging, 50000, 60000));
+    EXPECT_TRUE(swinging.firstValue());
+    EXPECT_FALSE(fits(swinging, 50000, 60000));
+}
+
 }  // namespace
