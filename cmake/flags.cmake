@@ -15,6 +15,10 @@ set(checks "-fsanitize=address,undefined")
 set(CMAKE_CXX_FLAGS_ASAN "-O1 -g ${checks} -fno-sanitize-recover=all -fno-omit-frame-pointer")
 set(CMAKE_EXE_LINKER_FLAGS_ASAN ${checks})
 set(CMAKE_SHARED_LINKER_FLAGS_ASAN ${checks})
+# The same for clang with what libFuzzer needs to see where an input went.
+set(CMAKE_CXX_FLAGS_FUZZ "${CMAKE_CXX_FLAGS_ASAN} -fsanitize=fuzzer-no-link")
+set(CMAKE_EXE_LINKER_FLAGS_FUZZ ${checks})
+set(CMAKE_SHARED_LINKER_FLAGS_FUZZ ${checks})
 
 # Fused multiply-add would give other last bits on machines that have it. No link-time optimisation: it would
 # look across the objects and pull code into the timed stretch.

@@ -20,7 +20,7 @@ function(add_zyl_library name folder)
         -fno-tree-vectorize -fno-tree-slp-vectorize
         $<$<CXX_COMPILER_ID:GNU>:-fno-tree-loop-distribute-patterns>
         -fno-exceptions -fno-rtti -fno-threadsafe-statics)
-    target_link_options(${name} PRIVATE -Wl,--as-needed $<$<NOT:$<CONFIG:Asan>>:-Wl,-z,defs>)
+    target_link_options(${name} PRIVATE -Wl,--as-needed $<$<NOT:$<CONFIG:Asan,Fuzz>>:-Wl,-z,defs>)
     target_link_libraries(${name} PRIVATE metrig_warnings)
 endfunction()
 
