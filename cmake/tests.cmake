@@ -9,6 +9,9 @@ include(GoogleTest)
 # Of binutils, whatever the compiler: tests read its form of a listing.
 find_program(METRIG_OBJDUMP objdump REQUIRED)
 
+# There are no symbols of the 32-bit system libraries for it, so it runs in 64 bits alone.
+find_program(METRIG_VALGRIND valgrind REQUIRED)
+
 # What tests may ask of the tree they run in.
 add_library(test_surroundings INTERFACE)
 target_include_directories(test_surroundings INTERFACE ${CMAKE_SOURCE_DIR}/tests)
@@ -16,7 +19,8 @@ target_compile_definitions(test_surroundings INTERFACE
     METRIG_SOURCE_DIR="${CMAKE_SOURCE_DIR}"
     METRIG_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}"
     METRIG_LIB_DIR="${CMAKE_LIBRARY_OUTPUT_DIRECTORY}"
-    METRIG_OBJDUMP="${METRIG_OBJDUMP}")
+    METRIG_OBJDUMP="${METRIG_OBJDUMP}"
+    METRIG_VALGRIND="${METRIG_VALGRIND}")
 
 # With address checks on, GCC takes its own headers for reading what nobody has set.
 target_compile_options(test_surroundings INTERFACE
@@ -54,15 +58,23 @@ endif()
 # Whole-program tests. The cases of a suite share one run of the program, so a suite is one test here. Of the
 # address-checked programs only the start is of interest: their figures and their code are not the product's.
 file(GLOB run_sources CONFIGURE_DEPENDS tests/run/*_test.cpp)
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    list(FILTER run_sources EXCLUDE REGEX "/memcheck_test.cpp$")
+endif()
 if(TARGET metrig)
     add_test_program(run_tests "${run_sources}")
 endif()
 if(TARGET run_tests)
     add_dependencies(run_tests metrig metrig-bare)
-    # A suite of the tests as a program of its own.
-    add_executable(metrig-cache tests/cache/cache_suite.cpp ${main_source})
-    target_link_libraries(metrig-cache PRIVATE perflib ${ZYL_LIBRARIES} metrig_warnings)
-    add_dependencies(run_tests metrig-cache)
+    # Suites of the tests, each a program of its own: metrig-cache of cache_suite.cpp.
+    file(GLOB test_suites CONFIGURE_DEPENDS tests/suites/*_suite.cpp)
+    foreach(source IN LISTS test_suites)
+        get_filename_component(suite ${source} NAME_WE)
+        string(REPLACE _suite "" program metrig-${suite})
+        add_executable(${program} ${source} ${main_source})
+        target_link_libraries(${program} PRIVATE perflib ${ZYL_LIBRARIES} metrig_warnings)
+        add_dependencies(run_tests ${program})
+    endforeach()
     # What takes the place of functions of the library: one shared object of each source.
     file(GLOB fault_sources CONFIGURE_DEPENDS tests/faults/*.cpp)
     foreach(source IN LISTS fault_sources)

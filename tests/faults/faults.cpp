@@ -3,11 +3,15 @@
 // that it does not name is the library's own.
 
 #include <dlfcn.h>
+#include <sys/mman.h>
 #include <zylch.h>
 
+#include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <optional>
 #include <string>
 #include <type_traits>
 
@@ -23,6 +27,18 @@ void write() { *reinterpret_cast<volatile unsigned char*>(nowhere) = 1; }
 void jump() { reinterpret_cast<void (*)()>(nowhere)(); }
 void divide() { asm volatile("xorl %%eax, %%eax\n\tcltd\n\tidivl %%eax" ::: "eax", "edx", "cc"); }
 void illegal() { asm volatile("ud2"); }
+/// Reads a page that no file stands behind.
+void bus() {
+    sink = *static_cast<volatile unsigned char*>(
+        mmap(nullptr, 1, PROT_READ, MAP_PRIVATE, memfd_create("empty", 0), 0));
+}
+
+void terminate() { std::raise(SIGTERM); }
+void interruptTwice() {
+    std::raise(SIGINT);
+    std::raise(SIGINT);
+}
+void kill() { std::raise(SIGKILL); }
 
 /// Takes stack until there is none.
 int deeper(volatile const char* caller) {
@@ -36,6 +52,17 @@ void overflow() { sink = static_cast<unsigned char>(deeper("")); }
 void flagSse() { result = 1.0F / zero; }
 /// Flags an invalid operation in the x87 status.
 void flag87() { asm volatile("fldz\n\tfldz\n\tfdivp\n\tfstp %%st(0)" ::: "st", "st(1)"); }
+
+/// Leaves other rounding and masks behind.
+void changeControl() {
+    const unsigned short control = 0xF7F;
+    const unsigned mxcsr = 0x7F80;
+    asm volatile("fldcw %0\n\tldmxcsr %1" : : "m"(control), "m"(mxcsr));
+}
+
+/// End of the buffer that is written, where the function has one.
+unsigned char* bufferEnd = nullptr;
+void overrun() { std::memset(bufferEnd, 0x5A, 8); }
 
 /// Tells once in what floating-point state the function is called, status flags aside.
 void tellState() {
@@ -51,14 +78,18 @@ void tellState() {
 
 struct Kind {
     const char* name;
-    void (*act)();  ///< null: nothing
-    int status;     ///< 0: that of the library's function, which is called behind `act`
+    void (*act)();              ///< null: nothing
+    std::optional<int> status;  ///< none: that of the library's function, which is called behind `act`
 };
 
 constexpr Kind kinds[] = {
-    {"read", read, 0},       {"write", write, 0},       {"jump", jump, 0},        {"overflow", overflow, 0},
-    {"divide", divide, 0},   {"illegal", illegal, 0},   {"sse", flagSse, 0},      {"x87", flag87, 0},
-    {"state", tellState, 0}, {"negative", nullptr, -8}, {"positive", nullptr, 5},
+    {"read", read, {}},         {"write", write, {}},           {"jump", jump, {}},
+    {"overflow", overflow, {}}, {"divide", divide, {}},         {"illegal", illegal, {}},
+    {"bus", bus, {}},           {"abort", std::abort, {}},      {"sse", flagSse, {}},
+    {"x87", flag87, {}},        {"control", changeControl, {}}, {"state", tellState, {}},
+    {"overrun", overrun, {}},   {"nothing", nullptr, 0},        {"negative", nullptr, -8},
+    {"positive", nullptr, 5},   {"terminate", terminate, {}},   {"interrupt", interruptTwice, {}},
+    {"kill", kill, {}},
 };
 
 /// One function of the library and what it is told to do.
@@ -89,8 +120,8 @@ class Fault {
             if (m_kind->act != nullptr) {
                 m_kind->act();
             }
-            if (m_kind->status != 0) {
-                return m_kind->status;
+            if (m_kind->status) {
+                return *m_kind->status;
             }
         }
         return reinterpret_cast<int (*)(Args...)>(m_next)(args...);
@@ -119,3 +150,13 @@ FAULT(zylsHash_8u32u, (const Zyl8u* src, int len, Zyl32u* hash), src, len, hash)
 FAULT(zylsHash_16u32u, (const Zyl16u* src, int len, Zyl32u* hash), src, len, hash)
 FAULT(zylsHashMSCS_8u32u, (const Zyl8u* src, int len, Zyl32u* hash), src, len, hash)
 FAULT(zylsHashMSCS_16u32u, (const Zyl16u* src, int len, Zyl32u* hash), src, len, hash)
+FAULT(zylsInsert_8u, (const Zyl8u* src, int len, const Zyl8u* ins, int lenIns, Zyl8u* dst, int start), src,
+      len, ins, lenIns, dst, start)
+FAULT(zylsRemove_8u, (const Zyl8u* src, int len, Zyl8u* dst, int start, int count), src, len, dst, start,
+      count)
+
+static Fault fault_zylsReplaceC_8u("zylsReplaceC_8u");
+int zylsReplaceC_8u(const Zyl8u* src, Zyl8u* dst, int len, Zyl8u oldValue, Zyl8u newValue) {
+    bufferEnd = dst + len;
+    return fault_zylsReplaceC_8u.call(zylsReplaceC_8u, src, dst, len, oldValue, newValue);
+}

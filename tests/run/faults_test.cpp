@@ -1,3 +1,5 @@
+#include <csignal>
+
 #include "tables.h"
 
 namespace {
@@ -5,28 +7,34 @@ namespace {
 /// A function in a run, in the order of the run, and what the run has to tell of it.
 struct FaultRow {
     std::string function;
-    std::string fault;   ///< kind of the fault; empty: the function is in order
-    std::string word;    ///< of the result
-    int rows;            ///< result lines that it leaves
-    std::string status;  ///< x87 and MXCSR column of the summary
-    std::string words;   ///< a whole line of the console; empty: none
+    std::string fault{};   ///< kind of the fault; empty: the function is in order
+    std::string word{};    ///< of the result
+    int rows = 0;          ///< result lines that it leaves
+    std::string status{};  ///< x87 and MXCSR column of the summary
+    std::string words{};   ///< a whole line of the console; empty: none
 };
 
 class Faults : public testing::Test {
   protected:
-    /// Measures the functions of the table in one run and compares each with its row.
-    void expectFaults(const std::vector<FaultRow>& table, const std::string& counters, Cells arguments) {
+    /// Measures the functions of the table in one run.
+    void measure(const std::vector<FaultRow>& table, Cells arguments) {
         std::string faults = "METRIG_FAULTS=";
-        arguments.insert(arguments.end(), {"-B", "-r", "-u", "-c1", "-l" + m_folder.path()});
+        arguments.insert(arguments.end(), {"-B", "-r", "-u", "-c1", "-gmetrig", "-l" + m_folder.path()});
         for (const FaultRow& row : table) {
             arguments.push_back("-f=" + row.function);
             faults += row.fault.empty() ? "" : row.function + "=" + row.fault + " ";
         }
         m_outcome = run(
             {.arguments = arguments, .environment = {faults, "LD_PRELOAD=" METRIG_LIB_DIR "/libfaults.so"}});
-        EXPECT_EQ(m_outcome.status, 0) << "signal " << m_outcome.signal << "\n" << m_outcome.output;
         m_results = Table(m_folder.content("metrig.csv"));
         expectFigures(m_results);
+    }
+
+    /// The same for a run that gets to its end, and compares what it left of each function with its row.
+    void expectFaults(const std::vector<FaultRow>& table, const std::string& counters, Cells arguments) {
+        measure(table, arguments);
+        EXPECT_EQ(m_outcome.status, 0) << "signal " << m_outcome.signal << "\n" << m_outcome.output;
+        EXPECT_NE(m_folder.content("metrig.end"), "");
         const Table summary(m_folder.content("metrig_sum.csv"));
         EXPECT_EQ(summary.counters(), counters);
         ASSERT_EQ(summary.rows.size(), table.size());
@@ -39,6 +47,8 @@ class Faults : public testing::Test {
     }
 
     Outcome m_outcome;
+    WorkFolder m_folder;
+    Table m_results{""};
 
   private:
     static void expectSummaryLine(const Cells& line, const FaultRow& expected) {
@@ -67,15 +77,19 @@ class Faults : public testing::Test {
         EXPECT_EQ(other - rows.begin(), expected.rows) << expected.function;
         rows.erase(rows.begin(), other);
     }
-
-    WorkFolder m_folder;
-    Table m_results{""};
 };
 
 const char storage[] = "--ZYL. Signal: Illegal storage access. in zylFunctionCalls";
 const char arithmetic[] =
     "--ZYL. Signal: FP fail, such as overflow, division by zero, invalid operation. in zylFunctionCalls";
+const char unknown[] = "--ZYL. Signal: Unknown exception in zylFunctionCalls";
 const char instruction[] = "--ZYL. Signal: Illegal instruction. in zylFunctionCalls";
+
+/// 53 bits with zero divide unmasked; all masked and flushed to zero.
+const char ordinaryState[] = "x87 23b mxcsr 9f80\n";
+
+/// Eleven calls for each of three lengths.
+const Cells threeLengths = {"-dVectorLength=64; 128; 256", "-LWARN", "-dMethod=Manual", "-dNumLoops=10"};
 
 TEST_F(Faults, SignalsEndOneTestEach) {
     const std::vector<FaultRow> table = {
@@ -90,17 +104,17 @@ TEST_F(Faults, SignalsEndOneTestEach) {
         {"zylsHash_16u32u", "divide", "EXCPTFAIL", 0, "--", arithmetic},
         {"zylsHashMSCS_8u32u", "illegal", "EXCPTFAIL", 0, "--", instruction},
         {"zylsHashMSCS_16u32u", "state", "OK", 4, "--", ""},
-        {"zylsInsert_8u", "", "OK", 1, "--", ""},
+        {"zylsInsert_8u", "bus", "EXCPTFAIL", 0, "--", unknown},
+        {"zylsRemove_8u", "abort", "EXCPTFAIL", 0, "--", unknown},
+        {"zylsReplaceC_8u", "", "OK", 1, "--", ""},
     };
-    expectFaults(table, "Number of tests=12 Successes=4 Failures=8 Fails=8 -EXCPTFAIL=8 ",
+    expectFaults(table, "Number of tests=14 Successes=4 Failures=10 Fails=10 -EXCPTFAIL=10 ",
                  {"-dVectorLength=64", "-LPERF"});
-    // 53 bits with zero divide unmasked; all masked and flushed to zero
-    EXPECT_EQ(m_outcome.errors, "x87 23b mxcsr 9f80\n");
+    EXPECT_EQ(m_outcome.errors, ordinaryState);
 }
 
 TEST_F(Faults, StatusesAndFlagsAreNotesOrFails) {
-    // Ten loops and a warm-up for each of three lengths: 11 calls each. Of a combination the last call
-    // counts.
+    // Of a combination the last call counts.
     const std::vector<FaultRow> table = {
         {"zylsCompare_8u", "negative", "FUNCFAIL", 0, "--",
          "-- lib function fail on test parameters:\nVectorLength=64 "},
@@ -113,11 +127,15 @@ TEST_F(Faults, StatusesAndFlagsAreNotesOrFails) {
         {"zylsFindRevC_8u", "x87", "BADSTSWRN", 3, "?-", "-- Status    87: ?Invalid "},
         {"zylsHash_8u32u", "sse", "BADSTSWRN", 4, "-?", "-- Status    SSX: ?Zerodivide "},
         {"zylsHash_16u32u", "negative@2", "OK", 4, "--", ""},
-        {"zylsHashMSCS_8u32u", "", "OK", 4, "--", ""},
+        {"zylsHashMSCS_8u32u", "control", "OK", 4, "--", ""},
+        {"zylsHashMSCS_16u32u", "state", "OK", 4, "--", ""},
+        {"zylsRemove_8u", "nothing", "OK", 3, "--", ""},
+        {"zylsReplaceC_8u", "overrun", "OK", 3, "--", ""},
     };
     expectFaults(table,
-                 "Number of tests=8 Successes=2 Failures=6 Fails=2 -FAIL=2 Notes=4 -NOTE=2 -BADSTSWRN=2 ",
-                 {"-dVectorLength=64; 128; 256", "-LWARN", "-dMethod=Manual", "-dNumLoops=10"});
+                 "Number of tests=11 Successes=5 Failures=6 Fails=2 -FAIL=2 Notes=4 -NOTE=2 -BADSTSWRN=2 ",
+                 threeLengths);
+    EXPECT_EQ(m_outcome.errors, ordinaryState);
 }
 
 TEST_F(Faults, UnmaskedFloatExceptionIsASignal) {
@@ -130,6 +148,47 @@ TEST_F(Faults, UnmaskedFloatExceptionIsASignal) {
     };
     expectFaults(table, "Number of tests=4 Successes=1 Failures=3 Fails=3 -FAIL=1 -EXCPTFAIL=2 ",
                  {"-dVectorLength=64", "-W"});
+}
+
+TEST_F(Faults, ARunThatIsAskedToStopEndsInOrder) {
+    const std::vector<FaultRow> table = {
+        {"zylsCompare_8u", "", "OK", 3, "--", ""},
+        {"zylsEqual_8u", "terminate@22", "OK", 2, "--", ""},
+    };
+    Cells arguments = threeLengths;
+    arguments.push_back("-f=zylsFindC_8u");
+    expectFaults(table, "Number of tests=2 Successes=2 ", arguments);
+    EXPECT_TRUE(holds(m_outcome.output, "-- Run is stopped by a signal\n"));
+}
+
+TEST_F(Faults, ARunThatIsKilledLosesNoLine) {
+    for (const auto& [fault, signal] : {std::pair("kill", SIGKILL), std::pair("interrupt", SIGINT)}) {
+        measure({{.function = "zylsCompare_8u"},
+                 {.function = "zylsEqual_8u", .fault = std::string(fault) + "@22"}},
+                threeLengths);
+        EXPECT_EQ(m_outcome.signal, signal);
+        EXPECT_EQ(m_results.rows.size(), 4U) << fault;
+        EXPECT_TRUE(m_folder.content("metrig.csv").ends_with("\n")) << fault;
+        // which test it was
+        EXPECT_TRUE(m_folder.content("metrig_sum.csv").ends_with("\nzylsEqual_8u,Timing,")) << fault;
+    }
+}
+
+TEST(FaultsInARow, LeaveNothingBehind) {
+    long peak[2] = {};
+    for (const int count : {1, 500}) {
+        const WorkFolder folder;
+        const Outcome outcome = run({.arguments = {"-B", "-r", "-u", "-c1", "-nmetrig", "-l" + folder.path(),
+                                                   count == 1 ? "-f=zylsCrash1_8u" : "-fzylsCrash"},
+                                     .program = "metrig-faulty"});
+        expectCleanEnd(outcome);
+        const std::string number = "=" + std::to_string(count) + " ";
+        EXPECT_EQ(
+            Table(folder.content("metrig_sum.csv")).counters(),
+            "Number of tests" + number + "Failures" + number + "Fails" + number + "-EXCPTFAIL" + number);
+        peak[count > 1] = outcome.peakKiB;
+    }
+    EXPECT_LT(peak[1] - peak[0], 1024);
 }
 
 }  // namespace

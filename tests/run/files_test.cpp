@@ -111,16 +111,31 @@ TEST(OutputFiles, NamesCanBeHadWithoutMeasuring) {
     EXPECT_EQ(Table(folder.content("metrig_sum.csv")).counters(), "Number of tests=9 Successes=9 ");
 }
 
-TEST(OutputFiles, FullDeviceDoesNotStopTheRun) {
-    const WorkFolder folder;
-    const Outcome outcome = run({.arguments = {"-B", "-r", "-r/dev/full", "-u/dev/full", "-u", "-o/dev/full",
-                                               "-g/dev/full", "-f=zylsHash_8u32u", "-l" + folder.path()},
-                                 .output = "/dev/full"});
-    EXPECT_EQ(outcome.status, 0) << outcome.signal;
-    const Table table(folder.content("metrig.csv"));
-    EXPECT_EQ(table.rows.size(), 4U);
-    expectFigures(table);
-    EXPECT_EQ(Table(folder.content("metrig_sum.csv")).counters(), "Number of tests=1 Successes=1 ");
+TEST(OutputFiles, WhatCanNotBeWrittenIsToldOnceAndStopsNothing) {
+    const std::string full = "-- Can't write file /dev/full: No space left on device";
+    // The command, "<metrig>" for the program with its arguments, and what the listing says.
+    const std::pair<std::string, Cells> rows[] = {
+        {"<metrig> -r/dev/full -u/dev/full -g/dev/full -o/dev/full >/dev/full",
+         {"-- Can't write file stdout: No space left on device", full, full, full, full}},
+        {"<metrig> | true", {"-- Can't write file stdout: Broken pipe"}},
+        {"head -c 8000 /dev/zero >big.csv; ulimit -f 16; <metrig> -Rbig >/dev/null",
+         {"-- Can't write file <folder>/big.csv: File too large"}},
+    };
+    for (const auto& [command, told] : rows) {
+        const WorkFolder folder;
+        const std::string program =
+            METRIG_BIN_DIR "/metrig -B -r -u -olisting -f=zylsHash_8u32u -l" + folder.path();
+        const Outcome outcome = run({.arguments = {"-c", replaced(command, "<metrig>", program)},
+                                     .folder = folder.path(),
+                                     .program = "/bin/sh"});
+        EXPECT_EQ(outcome.status, 0) << outcome.signal;
+        const Table table(folder.content("metrig.csv"));
+        EXPECT_EQ(table.rows.size(), 4U);
+        expectFigures(table);
+        EXPECT_EQ(Table(folder.content("metrig_sum.csv")).counters(), "Number of tests=1 Successes=1 ");
+        const std::string listing = replaced(folder.content("listing.txt"), folder.path(), "<folder>/");
+        EXPECT_EQ(linesWith(listing, "-- Can't write"), told) << command;
+    }
 }
 
 /// Arguments beside -v, which ends the run early, and what is printed with them, "<folder>/" for the folder.
@@ -181,10 +196,7 @@ TEST(BadInput, IsToldAndEndsTheRunInOrder) {
         arguments.insert(arguments.end(), row.arguments.begin(), row.arguments.end());
         const Outcome outcome = run({.arguments = arguments, .seconds = 10});
         expectCleanEnd(outcome);
-        std::string text = outcome.output;
-        for (std::size_t at = 0; (at = text.find(here)) != std::string::npos;) {
-            text.replace(at, here.size(), "<folder>/");
-        }
+        const std::string text = replaced(outcome.output, here, "<folder>/");
         const std::string start = row.before + firstLine + keys + folders + row.options + row.after;
         EXPECT_EQ(text.substr(0, start.size()), start) << name;
         const std::string rest = text.substr(std::min(start.size(), text.size()));

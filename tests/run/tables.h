@@ -31,6 +31,14 @@ inline bool holds(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
 }
 
+/// `text` with `now` wherever `before` stood.
+inline std::string replaced(std::string text, const std::string& before, const std::string& now) {
+    for (std::size_t at = 0; (at = text.find(before, at)) != std::string::npos; at += now.size()) {
+        text.replace(at, before.size(), now);
+    }
+    return text;
+}
+
 /// The lines of `text` that begin so.
 inline Cells linesWith(const std::string& text, const std::string& start) {
     Cells lines = linesOf(text);

@@ -90,7 +90,9 @@ tsSignal::tsSignal() {
     for (const int code : StopSignals) {
         installStop(code, askStop);
     }
+    // What these would end the run for is told as a failed write.
     install(SIGPIPE, SIG_IGN, 0);
+    install(SIGXFSZ, SIG_IGN, 0);
 }
 
 tsSignal::~tsSignal() {
