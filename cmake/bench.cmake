@@ -10,6 +10,8 @@ endfunction()
 
 add_bench(loops)
 add_bench(framework)
+add_bench(walks ${suite_sources})
+target_include_directories(bench_walks PRIVATE perf)
 
 # Google Benchmark is there in the machine's own width alone.
 if(CMAKE_SIZEOF_VOID_P EQUAL 8)
