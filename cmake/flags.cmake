@@ -16,7 +16,7 @@ set(CMAKE_CXX_FLAGS_ASAN "-O1 -g ${checks} -fno-sanitize-recover=all -fno-omit-f
 set(CMAKE_EXE_LINKER_FLAGS_ASAN ${checks})
 set(CMAKE_SHARED_LINKER_FLAGS_ASAN ${checks})
 # The same for clang with what libFuzzer needs to see where an input went.
-set(CMAKE_CXX_FLAGS_FUZZ "${CMAKE_CXX_FLAGS_ASAN} -fsanitize=fuzzer-no-link")
+set(CMAKE_CXX_FLAGS_FUZZ "${CMAKE_CXX_FLAGS_ASAN} -fsanitize=fuzzer-no-link -DFUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION")
 set(CMAKE_EXE_LINKER_FLAGS_FUZZ ${checks})
 set(CMAKE_SHARED_LINKER_FLAGS_FUZZ ${checks})
 

@@ -14,7 +14,8 @@ void askAll(const zyFunc& name) {
     mustHold(name.beginsWith(name.prefix() + name.baseName() + (types.empty() ? "" : "_") + types));
     for (const zyArg argument : {zyArgSrc, zyArgSrc2, zyArgDst, zyArgDst2}) {
         const zyType type = name.type(argument);
-        mustHold(type == 0 || zyFunc::stringToType(zyFunc::typeToString(type)) == type);
+        const mrString text = zyFunc::typeToString(type);
+        mustHold(text == "undef" || zyFunc::stringToType(text) == type);
         zyFunc::zylType(type);
         name.channelsName(argument);
         mustHold(name.channels(argument) >= 0);

@@ -19,6 +19,9 @@ std::string contentOf(const mrIniFile& ini, const std::string& names) {
         }
         content += std::string("[") + name.c_str() + "]\n";
         for (const mrValueItem* item : *values) {
+            if (item->m_key.empty() && item->m_value == mrIniFile::KeyAlone) {
+                continue;  // written as an empty line
+            }
             content += std::string(item->m_key.c_str()) + "=" + item->m_value.c_str() + "\n";
             mustHold(ini.valueExist(name, item->m_key));
         }

@@ -53,11 +53,16 @@ void translateFresh(const char* text) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static constexpr void (*kinds[])(const char* text) = {
-        translateFresh<mrStepIterator<int>>,       translateFresh<mrIterator<int>>,
-        translateFresh<mrIterator<double>>,        translateFresh<mrIterator<mrString>>,
-        translateFresh<mrDefault<long long>>,      translateFresh<DefaultShift>,
-        translateFresh<DefaultAlign>,              translateNames,
-        translateFresh<mrDefault<unsigned long long>>, translateFresh<mrDefault<bool>>,
+        translateFresh<mrStepIterator<int>>,
+        translateFresh<mrIterator<int>>,
+        translateFresh<mrIterator<double>>,
+        translateFresh<mrIterator<mrString>>,
+        translateFresh<mrDefault<long long>>,
+        translateFresh<DefaultShift>,
+        translateFresh<DefaultAlign>,
+        translateNames,
+        translateFresh<mrDefault<unsigned long long>>,
+        translateFresh<mrDefault<bool>>,
     };
     if (size > 0 && data[0] >= '0' && data[0] <= '9') {
         kinds[data[0] - '0'](std::string(data + 1, data + size).c_str());

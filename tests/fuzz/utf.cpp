@@ -1,4 +1,5 @@
-/// UTF-8 to UTF-16 and back, by each code path. The first byte tells the room of the target, the rest is text.
+/// UTF-8 to UTF-16 and back, by each code path. The first byte tells the room of the target, the rest is
+/// text.
 
 #include <cstring>
 #include <memory>
