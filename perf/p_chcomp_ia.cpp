@@ -38,7 +38,7 @@ class TimchCompare : public zyTest {
         // The calls do not use dst; it keeps the blocks where they have always been.
         if (!src.createVectorExt(len, 0, SetDefault, 0.0, 0.0) ||
             !src2.createVectorExt(len, mrGetVectorShift(), SetDefault, 0.0, 0.0) ||
-            !dst.createVectorExt(len, 2 * mrGetVectorShift(), SetDefault, 0.0, 0.0)) {
+            !dst.createVectorExt(len, mrGetVectorShift(2), SetDefault, 0.0, 0.0)) {
             return false;
         }
         pSrc = src.data<Zyl8u>();

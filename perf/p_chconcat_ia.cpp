@@ -36,7 +36,7 @@ class TimsConcat : public zyTest {
         // The rising align puts the buffers of one call on different cache sets.
         if (!src.createVectorExt(srcLen, 0, SetDefault, 0.0, 0.0) ||
             !src2.createVectorExt(srcLen, mrGetVectorShift(), SetDefault, 0.0, 0.0) ||
-            !dst.createVectorExt(dstLen, 2 * mrGetVectorShift(), SetDefault, 0.0, 0.0)) {
+            !dst.createVectorExt(dstLen, mrGetVectorShift(2), SetDefault, 0.0, 0.0)) {
             return false;
         }
         pSrc = src.data<Zyl8u>();

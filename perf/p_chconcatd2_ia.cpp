@@ -1,6 +1,8 @@
 // Joining a list of texts of nearly equal length, with and without a delimiter, and splitting the joined text
 // again.
 
+#include <algorithm>
+
 #include "p_common.h"
 #include "zy.h"
 
@@ -50,11 +52,12 @@ class TimsConcatD2L : public zyTest {
         if (numSrc < 1) {
             return false;
         }
-        src = std::make_unique<zyVector[]>(static_cast<std::size_t>(numSrc));
-        pSrc = std::make_unique<Zyl8u*[]>(static_cast<std::size_t>(numSrc));
-        srcLen = std::make_unique<int[]>(static_cast<std::size_t>(numSrc));
-        if (!createPieces() ||
-            !dst.createVectorExt(dstLen, mrGetVectorShift() * numSrc, SetDefault, 0.0, 0.0)) {
+        // the first piece without a byte ends it, however many are asked for
+        const auto pieces = static_cast<std::size_t>(std::min<long long>(numSrc, std::max(dstLen, 0) + 1LL));
+        src = std::make_unique<zyVector[]>(pieces);
+        pSrc = std::make_unique<Zyl8u*[]>(pieces);
+        srcLen = std::make_unique<int[]>(pieces);
+        if (!createPieces() || !dst.createVectorExt(dstLen, mrGetVectorShift(numSrc), SetDefault, 0.0, 0.0)) {
             return false;
         }
         pDst = dst.data<Zyl8u>();
@@ -82,8 +85,8 @@ class TimsConcatD2L : public zyTest {
     /// Equal pieces, the last ones shorter where the total would exceed the length; with delimiters one place
     /// each is kept free for them. False at the first piece that has no length left.
     bool createPieces() {
-        int piece = (dstLen + numSrc - 1) / numSrc;
-        int offset = 0;
+        long long piece = (static_cast<long long>(dstLen) + numSrc - 1) / numSrc;
+        long long offset = 0;
         if (func.found("SplitC") || func.found("ConcatC")) {
             --piece;
             offset = numSrc - 1;
@@ -94,9 +97,9 @@ class TimsConcatD2L : public zyTest {
             }
             offset += piece;
             const auto at = static_cast<std::size_t>(i);
-            srcLen[at] = piece;
+            srcLen[at] = zyLength(piece);
             src[at].init(func, zyArgSrc);
-            if (!src[at].createVectorExt(piece, mrGetVectorShift() * i, SetDefault, 0.0, 0.0)) {
+            if (!src[at].createVectorExt(srcLen[at], mrGetVectorShift(i), SetDefault, 0.0, 0.0)) {
                 return false;
             }
             pSrc[at] = src[at].data<Zyl8u>();

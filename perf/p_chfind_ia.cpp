@@ -65,10 +65,10 @@ class TimsFind : public zyTest {
         len = g_vectorLength.value();
         lenFind = lenFindArg.value();
         // A substring of one byte would let the near misses below step by nothing.
-        if (lenFind >= len || (!m_hasC && lenFind == 1)) {
+        if (lenFind >= len || (!m_hasC && lenFind == 1) || lenFind < 1) {
             return false;
         }
-        if (!src.createVector(len + 1, -1) || !fnd.createVector(lenFind + 1, -1)) {
+        if (!src.createVector(zyLength(len + 1LL), -1) || !fnd.createVector(lenFind + 1, -1)) {
             return false;
         }
         fnd.setConst(1.0, 0.0);
@@ -114,7 +114,7 @@ class TimsFind : public zyTest {
     /// No byte of the pattern before the match.
     void layOutEasy() const {
         if (m_hasRev) {
-            fill((len + lenFind) / 2, len - 1, 2.0);
+            fill(lenFind + (len - lenFind) / 2, len - 1, 2.0);
         } else {
             fill(0, (len - lenFind) / 2, 2.0);
         }

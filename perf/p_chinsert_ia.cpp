@@ -48,7 +48,7 @@ class TimchInsert : public zyTest {
         const int buffer = layOut(length);
         if (!src.createVectorExt(buffer, 0, SetDefault, 0.0, 0.0) ||
             !insert.createVectorExt(subLen, mrGetVectorShift(), SetDefault, 0.0, 0.0) ||
-            !dst.createVectorExt(buffer, 2 * mrGetVectorShift(), SetDefault, 0.0, 0.0)) {
+            !dst.createVectorExt(buffer, mrGetVectorShift(2), SetDefault, 0.0, 0.0)) {
             return false;
         }
         pSrc = src.data<Zyl8u>();
@@ -79,12 +79,13 @@ class TimchInsert : public zyTest {
         subLen = half;
         if (func.inplace()) {
             startIndex = half;
-            srcLen = m_insert ? length : 2 * length;
-            return 2 * length;
+            const int twice = zyLength(2LL * length);
+            srcLen = m_insert ? length : twice;
+            return twice;
         }
         startIndex = length / 4;
-        srcLen = m_insert ? half : length + half;
-        return m_insert ? length & ~1 : length + half;
+        srcLen = m_insert ? half : zyLength(static_cast<long long>(length) + half);
+        return m_insert ? length & ~1 : srcLen;
     }
 
     bool m_insert = false;

@@ -55,7 +55,7 @@ class TimsTrimAny : public zyTest {
         trimLen = trimLenArg.value();
         if (!src.createVectorExt(srcLen, 0, SetValue, Trimmed, 0.0) ||
             !dst.createVectorExt(srcLen, mrGetVectorShift(), SetDefault, 0.0, 0.0) ||
-            !trim.createVectorExt(trimLen, 2 * mrGetVectorShift(), SetValue, NotInText, 0.0)) {
+            !trim.createVectorExt(trimLen, mrGetVectorShift(2), SetValue, NotInText, 0.0)) {
             return false;
         }
         trim.setIndex(trimLen / 2, SetValue, Trimmed, 0.0);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <climits>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
@@ -19,6 +20,11 @@ enum SetMode : int {
     SetRandomRange = 6,  ///< between the two values; over the whole range of the type if they are equal
     SetRamp = 7,         ///< from the first value to the second, again and again
 };
+
+/// For lengths that a suite works out: what no int holds becomes -1, which createVector refuses.
+constexpr int zyLength(long long elements) {
+    return elements < INT_MIN || elements > INT_MAX ? -1 : static_cast<int>(elements);
+}
 
 /// A block of test data of one type, an argument of a function under test: it allocates itself as a block of
 /// the memory list, fills itself by simple patterns, keeps a copy to restore the data between runs, and

@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <optional>
 #include <string>
 #include <type_traits>
@@ -32,6 +33,8 @@ void bus() {
     sink = *static_cast<volatile unsigned char*>(
         mmap(nullptr, 1, PROT_READ, MAP_PRIVATE, memfd_create("empty", 0), 0));
 }
+
+void throwException() { throw std::bad_alloc(); }
 
 void terminate() { std::raise(SIGTERM); }
 void interruptTwice() {
@@ -89,7 +92,7 @@ constexpr Kind kinds[] = {
     {"x87", flag87, {}},        {"control", changeControl, {}}, {"state", tellState, {}},
     {"overrun", overrun, {}},   {"nothing", nullptr, 0},        {"negative", nullptr, -8},
     {"positive", nullptr, 5},   {"terminate", terminate, {}},   {"interrupt", interruptTwice, {}},
-    {"kill", kill, {}},
+    {"kill", kill, {}},         {"throw", throwException, {}},
 };
 
 /// One function of the library and what it is told to do.
@@ -154,6 +157,8 @@ FAULT(zylsInsert_8u, (const Zyl8u* src, int len, const Zyl8u* ins, int lenIns, Z
       len, ins, lenIns, dst, start)
 FAULT(zylsRemove_8u, (const Zyl8u* src, int len, Zyl8u* dst, int start, int count), src, len, dst, start,
       count)
+FAULT(zylsTrimC_8u, (const Zyl8u* src, int len, Zyl8u value, Zyl8u* dst, int* lenDst), src, len, value, dst,
+      lenDst)
 
 static Fault fault_zylsReplaceC_8u("zylsReplaceC_8u");
 int zylsReplaceC_8u(const Zyl8u* src, Zyl8u* dst, int len, Zyl8u oldValue, Zyl8u newValue) {

@@ -34,4 +34,24 @@ TEST(Construction, WithoutSuitesTheProcessorTestIsAlone) {
     EXPECT_EQ(listedTests(outcome.output), Cells{"__mrZorvaCpu\t__mrZorvaCpuTest\tmr\t"});
 }
 
+// Sizes that make no sense, and sums of sizes that no int holds, cost their combinations and nothing else.
+TEST(ConstructionOfData, IsRefusedForAbsurdSizes) {
+    for (const char* shift : {"2147483647", "-2147483648"}) {
+        const WorkFolder folder;
+        const Outcome outcome =
+            run({.arguments = {"-B", "-u", "-nmetrig", "-dVectorLength=-2147483648; -1; 0; 1; 2; 3; 7; 64",
+                               "-dlenFind=-2147483648; -1; 0; 1; 2; 64", "-dtrimLen=-1; 0; 1; 64",
+                               "-dnumSrc=-2147483648; 0; 1; 3; 2147483647", "-dlength=-1; 0; 1; 64",
+                               std::string("-dMutualVectorShift=") + shift, "-dVectorAlign=-2147483648",
+                               "-dMethod=Manual", "-dNumLoops=1", "-l" + folder.path()},
+                 .environment = {"ASAN_OPTIONS=allocator_may_return_null=1"}});
+        EXPECT_EQ(outcome.status, 0) << outcome.signal << outcome.errors;
+        const Table summary(folder.content("metrig_sum.csv"));
+        EXPECT_EQ(summary.rows.size(), 40U);
+        for (const Cells& row : summary.rows) {
+            EXPECT_NE(row[WordColumn], "EXCPTFAIL") << row[0];
+        }
+    }
+}
+
 }  // namespace

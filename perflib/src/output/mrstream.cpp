@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <string>
 
 #include "mr.h"
 #include "output/mrostream.h"
@@ -105,19 +106,21 @@ bool i_stream::getline(mrString& line) {
     if (m_file == nullptr) {
         return false;
     }
+    // a std::string, since an mrString grows to the exact need and a long line would be copied piece by piece
+    std::string text;
     char piece[512];
     while (std::fgets(piece, sizeof piece, m_file) != nullptr) {
-        const std::size_t length = std::strlen(piece);
-        if (length > 0 && piece[length - 1] == '\n') {
-            piece[length - 1] = '\0';
-            line << piece;
+        text += piece;
+        if (text.ends_with('\n')) {
+            text.pop_back();
+            line = text.c_str();
             return true;
         }
-        line << piece;
-        if (length < sizeof piece - 1) {
+        if (std::strlen(piece) < sizeof piece - 1) {
             break;
         }
     }
+    line = text.c_str();
     return !line.empty() || std::feof(m_file) == 0;
 }
 

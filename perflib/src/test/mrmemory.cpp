@@ -1,5 +1,7 @@
 #include "test/mrmemory.h"
 
+#include <algorithm>
+#include <climits>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -97,9 +99,11 @@ void* mrMalloc(int size, int align, int shift, mrObject* object) {
     if (size < 0) {
         return noMemory(size);
     }
-    const std::size_t room = static_cast<std::size_t>(size) + static_cast<std::size_t>(distance) +
-                             2 * static_cast<std::size_t>(MR_ALIGN_MAX) + SpareBytes;
-    auto* raw = static_cast<char*>(std::malloc(room + static_cast<std::size_t>(offset > 0 ? offset : 0)));
+    // in 64 bits: two large numbers would leave a small sum in 32
+    const std::uint64_t room = static_cast<std::uint64_t>(size) + static_cast<std::uint64_t>(distance) +
+                               2 * static_cast<std::uint64_t>(MR_ALIGN_MAX) + SpareBytes +
+                               static_cast<std::uint64_t>(offset > 0 ? offset : 0);
+    auto* raw = room > SIZE_MAX ? nullptr : static_cast<char*>(std::malloc(static_cast<std::size_t>(room)));
     if (raw == nullptr) {
         return noMemory(size);
     }
@@ -172,6 +176,11 @@ void mrFreeAll() {
 void mrSetAlignMax(int align) { MR_ALIGN_MAX = align; }
 
 int mrGetVectorShift() { return VectorShift; }
+
+int mrGetVectorShift(int number) {
+    const long long shift = static_cast<long long>(VectorShift) * number;
+    return static_cast<int>(std::clamp<long long>(shift, INT_MIN, INT_MAX));
+}
 
 void mrSetVectorShift(int shift) { VectorShift = shift; }
 

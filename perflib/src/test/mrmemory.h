@@ -30,6 +30,8 @@ void mrFreeAll();
 void mrSetAlignMax(int align);
 /// Bytes added to the shift from block to block.
 int mrGetVectorShift();
+/// That of the block of this number in a combination, held within an int.
+int mrGetVectorShift(int number);
 void mrSetVectorShift(int shift);
 /// Misalignment, held below MR_ALIGN_MAX; the setter returns how many boundaries it took off.
 int mrGetVectorAlign();

@@ -1,6 +1,7 @@
 #include "test/mrtest.h"
 
 #include <algorithm>
+#include <climits>
 
 #include "mr.h"
 #include "output/mrcstream.h"
@@ -357,10 +358,8 @@ void* mrTest::allocate(int size, int align, mrObject* object) {
         return nullptr;
     }
     ++m_vectorNum;
-    m_vectorShift += mrGetVectorShift();
-    if (m_vectorShift >= ShiftWrap) {
-        m_vectorShift = 0;
-    }
+    const long long next = static_cast<long long>(m_vectorShift) + mrGetVectorShift();
+    m_vectorShift = next >= ShiftWrap ? 0 : static_cast<int>(std::max<long long>(next, INT_MIN));
     return block;
 }
 

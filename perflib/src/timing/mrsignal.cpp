@@ -1,6 +1,7 @@
 #include "timing/mrsignal.h"
 
 #include <cstring>
+#include <exception>
 
 #include "timing/mrfloat.h"
 
@@ -120,7 +121,11 @@ void tsSignal::guardCall(void (*body)(void*), void* context) {
         throw mrException(getInfo());
     }
     m_armed = 1;
-    body(context);
+    try {
+        body(context);
+    } catch (const std::exception& exception) {
+        throw mrException(mrString(exception.what()));
+    }
 }
 
 void tsSignal::handler(int code) {

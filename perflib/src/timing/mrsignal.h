@@ -23,8 +23,8 @@ class tsSignal {
     const char* getInfo() const;
 
     /// Runs `body` with a return point of its own. A signal inside it throws mrException from here; nothing
-    /// between is unwound. The return point that was armed before is back in force afterwards, however `body`
-    /// is left.
+    /// between is unwound. A std::exception, of a suite without memory or of the library, becomes one too.
+    /// The return point that was armed before is back in force afterwards, however `body` is left.
     template <class Body>
     void guard(Body body) {
         guardCall([](void* context) { (*static_cast<Body*>(context))(); }, &body);
