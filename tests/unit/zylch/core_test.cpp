@@ -1,8 +1,6 @@
 #include <cpuid.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <climits>
 #include <cstring>
 #include <fstream>
 #include <iterator>
@@ -131,18 +129,6 @@ TEST_F(FloatingPointState, PendingExceptionDoesNotFire) {
     }
 }
 
-TEST(Status, EachHasATextOfItsOwnAndTheOthersOneInCommon) {
-    std::set<std::string> texts;
-    for (const int status : {INT_MIN, -999, 999, INT_MAX})
-        texts.insert(zylGetStatusString(status));
-    for (const int status :
-         {zylStsNoErr, zylStsNoRoomNote, zylStsThreadsNote, zylStsBadArgErr, zylStsSizeErr, zylStsNullPtrErr,
-          zylStsNotSupportedErr, zylStsRegExpPatternErr, zylStsRegExpLimitErr, zylStsRegExpStateErr})
-        EXPECT_TRUE(texts.insert(zylGetStatusString(status)).second) << status;
-    for (const std::string& text : texts)
-        EXPECT_TRUE(!text.empty() && text.find('\n') == std::string::npos) << text;
-}
-
 TEST(Clocks, RiseFromReadToRead) {
     // The bare instruction between them bounds the reads on both sides.
     Zyl64u last = 0;
@@ -154,29 +140,6 @@ TEST(Clocks, RiseFromReadToRead) {
             EXPECT_GT(last, before);
         }
     }
-}
-
-TEST(Threads, OneIsAllThereIs) {
-    EXPECT_EQ(zylSetNumThreads(1), zylStsNoErr);
-    EXPECT_EQ(zylSetNumThreads(2), zylStsThreadsNote);
-    EXPECT_EQ(zylSetNumThreads(0), zylStsSizeErr);
-}
-
-TEST(CacheSize, IsThatOfTheLargestCache) {
-    int largest = 0;
-    for (const char* index : {"0", "1", "2", "3"}) {
-        std::ifstream in(std::string("/sys/devices/system/cpu/cpu0/cache/index") + index + "/size");
-        int kilobytes = 0;
-        in >> kilobytes;
-        largest = std::max(largest, kilobytes * 1024);
-    }
-    Zyl32u leaf[4] = {};
-    __cpuid_count(4, 0, leaf[0], leaf[1], leaf[2], leaf[3]);
-    if (largest == 0 || (leaf[0] & 0x1F) == 0)
-        GTEST_SKIP() << "the system or leaf 4 does not tell";
-    int size = 0;
-    EXPECT_EQ(zylGetMaxCacheSizeB(&size), zylStsNoErr);
-    EXPECT_EQ(size, largest);
 }
 
 }  // namespace
