@@ -9,8 +9,7 @@
 #include <cstdio>
 #include <vector>
 
-#include "p_common.h"
-#include "zy.h"
+#include "suites.h"
 
 namespace {
 
@@ -33,15 +32,6 @@ class KeepTime : public benchmark::BenchmarkReporter {
 
     double nanoseconds = 0.0;
 };
-
-mrTest* findTest(const mrString& name) {
-    for (mrTest* test : *pTestList) {
-        if (test->m_name == name) {
-            return test;
-        }
-    }
-    return nullptr;
-}
 
 double ours(mrTest& test) {
     test.m_tool = g_tool;
@@ -104,16 +94,13 @@ double compare(mrTest& test, int length) {
 }  // namespace
 
 int main() {
-    zySetZylEnvironment();
-    mrBindFallbacks();
-    zyl_Init();
-    s_parmFunc();
+    bindSuites();
     std::printf("%-30s %6s %10s %6s %12s %6s %7s\n", "function", "length", "clocks", "spread", "theirs",
                 "spread", "ratio");
     std::vector<double> ratios;
     for (const char* name : Functions) {
         for (const int length : Lengths) {
-            ratios.push_back(compare(*findTest(name), length));
+            ratios.push_back(compare(findTest(name), length));
         }
     }
     std::printf("median of the %zu ratios: %.3f, from %.3f to %.3f\n", ratios.size(), median(ratios),

@@ -5,21 +5,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 
-#include "mr.h"
 #include "output/mrcstream.h"
-#include "p_common.h"
-#include "zy.h"
+#include "suites.h"
 
 namespace {
-
-mrTest& functionUnderTest() {
-    return **std::find_if(pTestList->begin(), pTestList->end(),
-                          [](const mrTest* test) { return test->m_name == "zylsEqual_8u"; });
-}
 
 mrString steps(int lines) { return mrFormat("1; %d; +1", lines); }
 
@@ -55,7 +47,7 @@ void measure(const char* kind, mrString lengths, int lines) {
     std::fflush(stdout);
     if (fork() == 0) {
         g_vectorLength.translate(lengths);
-        mrTest& test = functionUnderTest();
+        mrTest& test = findTest("zylsEqual_8u");
         const double data = seconds([&] { makeData(test); });
         const double run = seconds([&] { test.run(); });
         rusage after{};
@@ -73,10 +65,7 @@ void measure(const char* kind, mrString lengths, int lines) {
 }  // namespace
 
 int main() {
-    zySetZylEnvironment();
-    mrBindFallbacks();
-    zyl_Init();
-    s_parmFunc();
+    bindSuites();
     mrCpuTicker::getFreq();  // takes seconds, once
     g_tool.setMethodLoop(1);
     g_cstrm.addStream("/dev/null", false);
