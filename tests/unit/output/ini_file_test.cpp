@@ -18,7 +18,6 @@ TEST(IniFile, Reads) {
         {"[s]\nx=a=b", "s", "x", "a=b"},
         {"[s]\nalone\n", "s", "alone", "~~~"},
         {"x=1\n[s]\n", "s", "x", "absent"},
-        {"[s]\nx=1\n", "S", "x", "absent"},
         {"[a]\nx=1\n[b]\nx=2\n[a]\ny=3\n", "a", "y", "3"},
         {"[a]\nx=1\ny=b[c]\nx=2\n", "c", "x", "2"},
         {"[s]\r\nx=1\r\n", "s", "x", "1\r"},
@@ -28,6 +27,9 @@ TEST(IniFile, Reads) {
         mrIniFile ini;
         EXPECT_TRUE(ini.open(folder.file("a.ini", content), false));
         EXPECT_EQ(str(ini.read(section, key, "absent")), value) << content;
+        ini.write("s", "new", "1", "");
+        ini.close();
+        EXPECT_EQ(folder.content("a.ini"), content) << "opened to be read alone";
     }
 }
 
@@ -54,15 +56,17 @@ TEST(IniFile, WritesWhatChanged) {
 
 TEST(IniFile, RefusesWhatIsNoText) {
     const TempFolder folder;
-    const std::string nul("[s]\nx=\0\n", 9);
-    folder.file("nul.ini", nul);
-    folder.file("large.ini", std::string((1 << 20) + 1, '\n'));
-    for (const char* name : {"nul.ini", "large.ini", "", "absent/a.ini"}) {
+    const std::string largest(1 << 20, '\n');
+    const std::tuple<std::string, const char*> rows[] = {{std::string("[s]\nx=\0\n", 9), "it is no text"},
+                                                         {largest + "\n", "it is larger than 1 MiB"}};
+    for (const auto& [content, fault] : rows) {
         CapturedOutput output(MSG_ERR);
-        EXPECT_FALSE(mrIniFile().open(folder.path(name).c_str(), true)) << name;
-        EXPECT_EQ(output.text().find("-- Can't "), 0u) << name;
+        const mrString name = folder.file("a.ini", content);
+        EXPECT_FALSE(mrIniFile().open(name, true));
+        EXPECT_EQ(output.text(), "-- Can't read file " + str(name) + ": " + fault + "\n");
+        EXPECT_EQ(folder.content("a.ini"), content);
     }
-    EXPECT_EQ(folder.content("nul.ini"), nul);
+    EXPECT_TRUE(mrIniFile().open(folder.file("a.ini", largest), true));
 }
 
 TEST(IniFile, IsNeverHalfWritten) {

@@ -1,65 +1,51 @@
 #include <gtest/gtest.h>
 
 #include "mr.h"
+#include "output/mrtrace.h"
 #include "support/captured_output.h"
 
 namespace {
 
 TEST(MessageStream, PassesByBitAndAsksByNumber) {
-    static constexpr struct {
-        OutputLevel mask;
-        MessageLevel level;
-        bool asked;
-        const char* text;
-    } rows[] = {
+    static constexpr std::tuple<OutputLevel, MessageLevel, bool, const char*> rows[] = {
         {7, MSG_INFO, false, ""}, {7, MSG_WARN, true, "x"}, {4, MSG_ERR, true, ""},
         {39, MSG_INFO, true, ""}, {39, MSG_MEM, true, "x"}, {0, MSG_ERR, false, ""},
     };
-    for (const auto& row : rows) {
-        CapturedOutput output(row.mask);
-        EXPECT_EQ(g_ostrm.beginMessage(row.level), row.asked) << row.mask << " " << row.level;
-        if (row.asked) {
-            g_ostrm << "x";
-            g_ostrm.endMessage();
+    for (const auto& [mask, level, asked, text] : rows) {
+        CapturedOutput output(mask);
+        EXPECT_EQ(g_ostrm.beginMessage(level), asked) << mask << " " << level;
+        if (asked) {
+            g_ostrm << "x" << MSG_END;
         }
-        EXPECT_EQ(output.text(), row.text) << row.mask << " " << row.level;
+        EXPECT_EQ(output.text(), text) << mask << " " << level;
     }
-}
-
-TEST(MessageStream, LevelsNestAndReachEveryFile) {
-    MemoryFile first;
-    MemoryFile second;
-    mrOStream stream;
-    stream.setMsgLevel(MSG_INFO);
-    stream.append(first.stream());
-    stream << "level 3" << MSG_ERR << "one ";
-    stream.append(second.stream());
-    stream << mrString("two") << MSG_END << "level 3";
-    EXPECT_EQ(first.text(), "one two");
-    EXPECT_EQ(second.text(), "two");
-    stream << MSG_END_FLUSH;
-    stream.restoreMsgLevel();
-    stream.restoreMsgLevel();  // below the lowest
-    EXPECT_EQ(stream.msgLevel(), MSG_ERR);
 }
 
 TEST(FileStream, SaysWhatItCannotOpen) {
-    static constexpr struct {
-        const char* name;
-        int mode;
-        const char* text;
-    } rows[] = {
-        {"/no/f", IO_READ | IO_WRITE | IO_NOPATH, "-- Can't open file /no/f to read: \n"},
-        {"/no/f", IO_WRITE | IO_APPEND | IO_NOPATH, "-- Can't open file /no/f to write: \n"},
-        {"/no/f", IO_BINARY | IO_NOPATH, "-- Can't open file /no/f: \n"},
-        {"", IO_READ, "-- Can't open file. Wrong filename (NULL)  to read: \n"},
-    };
-    for (const auto& row : rows) {
-        CapturedOutput output(MSG_ERR);
-        EXPECT_FALSE(io_stream(row.name, row.mode, false).isOpen());
-        EXPECT_FALSE(io_stream(row.name, row.mode, true).isOpen());
-        EXPECT_EQ(output.text(), row.text);
-    }
+    CapturedOutput output(MSG_ERR);
+    EXPECT_FALSE(io_stream("/no/f", IO_BINARY | IO_NOPATH, true).isOpen());
+    EXPECT_FALSE(io_stream("", IO_READ, true).isOpen());
+    EXPECT_FALSE(io_stream("", IO_READ, false).isOpen());
+    EXPECT_EQ(output.text(),
+              "-- Can't open file /no/f: \n-- Can't open file. Wrong filename (NULL)  to read: \n");
+}
+
+TEST(Trace, IndentsByTheDepthAndRecoversIt) {
+    CapturedOutput output(MSG_TRACE);
+    mrTrace trace;
+    trace.traceOut("x");
+    trace.traceIn("a");
+    trace.traceIn("b");
+    trace.traceOut("a");  // closes what was left open inside
+    trace.traceIn("a");
+    trace.traceOut("x");  // unknown: shortens the indent alone
+    EXPECT_EQ(str(trace.getCurName()), "a");
+    trace.traceIn("c");
+    const std::string lines =
+        "***** trace out of x\n****** trace into   a\n******* trace into   b\n******* trace out of a\n"
+        "****** trace into   a\n****** trace out of x\n****** trace into   c\n";
+    EXPECT_EQ(output.text(), lines);
+    EXPECT_EQ(str(trace.text()), lines);
 }
 
 }  // namespace

@@ -5,68 +5,27 @@
 
 namespace {
 
-class Table : public testing::Test {
-  protected:
-    Table() { m_table.append(m_file.stream()); }
-
-    void cells(std::initializer_list<const char*> texts) {
-        for (const char* text : texts) {
-            m_table << text;
-        }
+TEST(Table, CellsAndWidths) {
+    MemoryFile file;
+    mrCStream table;
+    table.append(file.stream());
+    for (const char* cell : {"a", "", "c", "\n", "\n", "x", "y"}) {
+        table << cell;
     }
-
-    MemoryFile m_file;
-    mrCStream m_table;
-};
-
-TEST_F(Table, LinesHaveTheWidthAskedFor) {
-    const struct {
-        std::initializer_list<const char*> cells;
-        int width;
-        const char* line;
-    } rows[] = {
-        {{"a", "", "c"}, 0, "a,-,c\n"},
-        {{"x", "y"}, 5, "x,y,-,-,-\n"},
-        {{"a", "b", "c"}, 1, "a\n"},
-        {{}, 0, "\n"},
-    };
-    std::string all;
-    for (const auto& row : rows) {
-        cells(row.cells);
-        m_table.lineOut(row.width);
-        EXPECT_EQ(m_file.text(), all += row.line);
-    }
-    cells({"a", "b", "\n"});
-    EXPECT_EQ(m_file.text(), all + "a,b\n");
+    table.lineOut(1);
+    table << "func";
+    table.setColm(2, "placed");
+    table.setNextColmIndex(4);
+    table << "result";
+    table.setColm(5, "beyond the next column");
+    table.lineOut(7);
+    table.setNextColmIndex(mrCStream::MaxColms);
+    table << "beyond the last column";
+    table.lineOut(2);
+    EXPECT_EQ(file.text(), "a,-,c\n\nx\nfunc,-,placed,-,result,-,-\n-,-\n");
 }
 
-TEST_F(Table, JumpsAndSingleColumns) {
-    cells({"func"});
-    m_table.setColm(2, "placed");
-    m_table.setNextColmIndex(4);
-    cells({"result"});
-    m_table.setColm(5, "beyond the next column");
-    m_table.lineOut(7);
-    EXPECT_EQ(m_file.text(), "func,-,placed,-,result,-,-\n");
-    m_table.setNextColmIndex(mrCStream::MaxColms);
-    cells({"beyond the last column"});
-    m_table.lineOut(2);
-    EXPECT_EQ(m_file.text(), "func,-,placed,-,result,-,-\n-,-\n");
-}
-
-TEST_F(Table, PostponedLinesFollowInOrder) {
-    for (const char* name : {"old1", "old2"}) {
-        cells({name, "1"});
-        m_table.linePostpone();
-    }
-    cells({"new", "2"});
-    m_table.lineOut(3);
-    m_table.linePostponeOut(3);
-    m_table.linePostponeOut(3);
-    EXPECT_EQ(m_file.text(), "new,2,-\nold1,1,-\nold2,1,-\n");
-}
-
-TEST_F(Table, TellsTheFirstPairOfEqualLines) {
+TEST(Table, TellsTheFirstPairOfEqualLines) {
     static constexpr std::pair<const char*, const char*> rows[] = {
         // a letter for the parameters of each line
         {"abab", "3 & 5"},
@@ -81,16 +40,15 @@ TEST_F(Table, TellsTheFirstPairOfEqualLines) {
         table.lineOut(0);
         table.identicalLinesStart(2);
         int result = 0;
-        for (const char* line = lines; *line != '\0'; ++line) {
+        for (const char letter : std::string(lines)) {
             mrString cell;
-            table << "func" << (cell << *line) << mrText(++result);
+            table << "func" << (cell << letter) << mrText(++result);
             table.lineOut(3);
         }
-        const bool found = *pair != '\0';
-        EXPECT_EQ(table.identicalLinesStop(), found) << lines;
         const std::string note =
             std::string(" Performance table note:\n Lines ") + pair + " have identical parameters\n";
-        EXPECT_EQ(output.text(), found ? note : "");
+        EXPECT_EQ(table.identicalLinesStop(), *pair != '\0') << lines;
+        EXPECT_EQ(output.text(), *pair != '\0' ? note : "");
     }
 }
 

@@ -1,3 +1,4 @@
+#include "output/mrinventory.h"
 #include "session_fixture.h"
 
 namespace {
@@ -14,34 +15,36 @@ TEST_F(Conditions, SelectTheListedTests) {
     }
     pTestList = &tests;
     mrCpuTicker::m_freqMHz = 1000;  // else the title takes seconds to measure it
-    const std::pair<const char*, const char*> rows[] = {
-        {"-fa", "ab ax "},
-        {"-f=ab -f-ab", "ab ax b "},  // equal beats not, and not lets the others pass
-        {"-f=b -fa -f-x", "ab b "},
-        {"-f+a -f+b", "ab "},
-        {"-f-a", "b "},
-        {"-fa -f-b -tZoo -kand", "ax "},
-        {"-f=b -tZoo", ""},
-        {"-f=b -tZoo -kor", "ab ax b "},
-        {"-tgroup", ""},
-        {"-m=p_two", "ax b "},
-        {"-msrc", ""},
-        {"-t+Tims -t-Zoo -mtwo", "b "},
-        {"-f- -t= -m", "ab ax b "},
-    };
-    for (const auto& [line, expected] : rows) {
+    const auto listing = [this](const std::string& line) {
         parse(line);
         MemoryFile table;
         g_cstrm.append(table.stream());
-        const std::string text = printed([&] { session->mrSession::listTests(0); });
+        printed([&] { EXPECT_TRUE(session->enumOutput()); });
         g_cstrm.clear();
+        return table.text();
+    };
+    const std::pair<const char*, const char*> rows[] = {
+        {"-f=ab -f-ab", "ab ax b "},  // equal beats not, and not lets the others pass
+        {"-f=b -fa -f-x", "ab b "},      {"-f+a -f+b", "ab "},
+        {"-fa -f-b -tZoo -kand", "ax "}, {"-f=b -tZoo", ""},
+        {"-f=b -tZoo -kor", "ab ax b "}, {"-tgroup", ""},
+        {"-m=p_two", "ax b "},           {"-msrc", ""},
+        {"-t+Tims -t-Zoo -mtwo", "b "},  {"-f- -t= -m", "ab ax b "},
+    };
+    for (const auto& [line, expected] : rows) {
+        const std::string text = listing(std::string("-e ") + line);
         std::string names;
         for (const std::string name : {"ab", "ax", "b"}) {
-            names += text.find("\t" + name + "\t") != std::string::npos ? name + " " : "";
+            names += text.find("," + name + ",") != text.npos ? name + " " : "";
         }
         EXPECT_EQ(names, expected) << line;
-        EXPECT_NE(table.text().find("Function,Test,Source"), std::string::npos);
     }
+    mrStringList* const before = std::exchange(g_pLibFuncList, nullptr);
+    mrRegLibFunc("ab");
+    mrRegLibFunc("none");
+    EXPECT_NE(listing("-e+").find("Exist,Function\n+,ab\n-,none\n"), std::string::npos);
+    EXPECT_NE(listing("-e-").find("Exist,Function\n-,none\n"), std::string::npos);
+    delete std::exchange(g_pLibFuncList, before);
     mrCpuTicker::m_freqMHz = 0;
     pTestList = nullptr;
 }
