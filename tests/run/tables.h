@@ -1,20 +1,25 @@
 #pragma once
 
-/// Reading what a run left: its lines, its tables, and the golden files to compare with.
+/// Reading what a run left: its lines and its tables.
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdlib>
-#include <fstream>
 #include <map>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "support/golden.h"
 #include "support/program.h"
 
 using Cells = std::vector<std::string>;
+
+inline Cells operator+(Cells cells, const Cells& more) {
+    cells.insert(cells.end(), more.begin(), more.end());
+    return cells;
+}
 
 inline Cells split(const std::string& text, char separator) {
     Cells parts;
@@ -111,13 +116,4 @@ inline void expectFigures(const Table& table) {
 inline void expectCleanEnd(const Outcome& outcome) {
     EXPECT_EQ(outcome.status, 0) << "signal " << outcome.signal << "\n" << outcome.output;
     EXPECT_EQ(outcome.errors, "");
-}
-
-/// Compares with a golden file; writes it anew when METRIG_APPROVE is set.
-inline void expectGolden(const std::string& name, const std::string& text) {
-    const std::string path = METRIG_SOURCE_DIR "/tests/run/golden/" + name;
-    if (std::getenv("METRIG_APPROVE") != nullptr) {
-        std::ofstream(path, std::ios::binary) << text;
-    }
-    EXPECT_EQ(text, readFile(path)) << name;
 }

@@ -10,60 +10,85 @@ struct Instruction {
     std::string text;
 
     bool isCall() const { return text.starts_with("call"); }
-    bool isJump() const { return text.starts_with("j"); }
-    /// Where a jump goes.
-    Address target() const { return std::stoull(text.substr(text.find(' ')), nullptr, 16); }
+    bool jumpsTo(Address target) const {
+        return text.starts_with("j") && std::stoull(text.substr(text.find(' ')), nullptr, 16) == target;
+    }
 };
 
 using Code = std::vector<Instruction>;
 
-/// What is called in a stretch of code: names, "*" for a function that is known at run time only.
-Cells callsIn(const Code& code) {
-    Cells calls;
-    for (const Instruction& instruction : code) {
-        if (instruction.isCall()) {
-            const std::size_t name = instruction.text.find('<');
-            const bool indirect = holds(instruction.text, "*");
-            calls.push_back(
-                indirect ? "*" : instruction.text.substr(name + 1, instruction.text.rfind('>') - name - 1));
+/// What is called in a stretch of code, by names, "*" for a function that is known at run time only; "{"
+/// stands where a jump of the stretch goes, and "}" for the jump itself.
+std::string shape(const Code& code) {
+    std::string shape;
+    for (const auto& [address, text] : code) {
+        for (const Instruction& instruction : code) {
+            shape += instruction.jumpsTo(address) ? "{ " : "";
+        }
+        if (text.starts_with("j")) {
+            shape += "} ";
+        } else if (text.starts_with("call")) {
+            const std::size_t name = text.find('<') + 1;
+            shape += holds(text, "*") ? "* " : text.substr(name, text.rfind('>') - name) + " ";
         }
     }
-    return calls;
+    return shape;
 }
 
-Code jumpsIn(Code code) {
-    std::erase_if(code, [](const Instruction& instruction) { return !instruction.isJump(); });
-    return code;
+/// What the mark of the function allows between two readings of the clock.
+std::string allowedShape(const MeasuredFunction& function) {
+    const std::string name(function.name);
+    const std::string call = name + "@plt ";
+    if (function.mark == "ZY_REG_X") {
+        return call + (holds(name, "Upper") ? "zylsLower" : "zylsUpper") + call.substr(9);
+    }
+    return function.suite == "TimchHash" ? "* " + call : call;  // the length is asked of its parameter
 }
 
-/// The timing entries of the built program, disassembled.
+/// The timing entries of the built program: of each the shapes of its timed stretches.
 class TimedCode : public testing::Test {
   protected:
-    static void SetUpTestSuite() {
-        const std::string program = METRIG_BIN_DIR "/metrig";
-        const Outcome symbols = run({.arguments = {"-t", program}, .program = METRIG_OBJDUMP});
-        expectCleanEnd(symbols);
-        s_start = addressOf(symbols.output, "zyl_StartCpuClocks");
-        s_stop = addressOf(symbols.output, "zyl_StopCpuClocks");
+    TimedCode() {
         const Outcome listing =
-            run({.arguments = {"-d", "-C", "--no-show-raw-insn", "-w", program}, .program = METRIG_OBJDUMP});
+            run({.arguments = {"-t", "-d", "-C", "--no-show-raw-insn", "-w", METRIG_BIN_DIR "/metrig"},
+                 .program = METRIG_OBJDUMP});
         expectCleanEnd(listing);
-        readFunctions(listing.output);
+        std::map<std::string, Code> functions;  // by name, without arguments
+        Code* code = nullptr;
+        for (const std::string& line : linesOf(listing.output)) {
+            const std::size_t tab = line.find(":\t");
+            if (line.ends_with(" zyl_StartCpuClocks") || line.ends_with(" zyl_StopCpuClocks")) {
+                const std::size_t digits = line.find_first_not_of('0');
+                (line.ends_with("StartCpuClocks") ? m_start : m_stop) =
+                    line.substr(digits, line.find(' ') - digits);
+            } else if (line.ends_with(">:")) {
+                const std::size_t at = std::min(line.find("tim_"), line.find("zyLoopOverhead"));
+                const bool entry = at != std::string::npos && !holds(line, "[clone");
+                code = entry ? &functions[line.substr(at, line.find('(', at) - at)] : nullptr;
+            } else if (code != nullptr && tab != std::string::npos) {
+                code->push_back({std::stoull(line, nullptr, 16), line.substr(tab + 2)});
+            }
+        }
+        for (const auto& [name, instructions] : functions) {
+            timed[name] = stretches(instructions);
+        }
     }
-    static void TearDownTestSuite() { s_functions.clear(); }
 
+    std::map<std::string, Cells> timed;
+
+  private:
     /// From each reading of the clock that starts a stretch to the one that ends it. A start whose reading is
     /// dropped has another start behind it and no stretch.
-    static std::vector<Code> stretches(const Code& code) {
-        std::vector<Code> found;
+    Cells stretches(const Code& code) const {
+        Cells found;
         Code stretch;
         bool started = false;
         for (const Instruction& instruction : code) {
-            if (calls(instruction, s_start)) {
+            if (calls(instruction, m_start)) {
                 stretch.clear();
                 started = true;
-            } else if (started && calls(instruction, s_stop)) {
-                found.push_back(stretch);
+            } else if (started && calls(instruction, m_stop)) {
+                found.push_back(shape(stretch));
                 started = false;
             } else {
                 stretch.push_back(instruction);
@@ -72,113 +97,35 @@ class TimedCode : public testing::Test {
         return found;
     }
 
-    /// What the mark of the function allows between two readings of the clock.
-    static Cells allowedCalls(const MeasuredFunction& function) {
-        std::string name(function.name);
-        if (function.mark == "ZY_REG_X") {
-            const bool upper = holds(name, "Upper");
-            const std::string inverse = upper ? "zylsLowercaseLatin_8u_I@plt" : "zylsUppercaseLatin_8u_I@plt";
-            return {name + "@plt", inverse};
-        }
-        if (function.suite == "TimchHash") {
-            return {"*", name + "@plt"};  // the length is asked of its parameter
-        }
-        return {name + "@plt"};
-    }
-
-    /// A counted loop: all of the stretch but what sets the counter is repeated, by one jump at its end.
-    static void expectOneLoop(const Code& stretch, std::string_view function) {
-        const Code jumps = jumpsIn(stretch);
-        ASSERT_EQ(jumps.size(), 1U) << function;
-        const Address target = jumps[0].target();
-        EXPECT_GE(target, stretch.front().address) << function;
-        EXPECT_LT(target, jumps[0].address) << function;
-        for (const Instruction& instruction : stretch) {
-            EXPECT_TRUE(!instruction.isCall() ||
-                        (instruction.address >= target && instruction.address < jumps[0].address))
-                << function << ": " << instruction.text;
-        }
-    }
-
-    static inline std::map<std::string, Code> s_functions;  ///< by name, without arguments
-
-  private:
-    static Address addressOf(const std::string& symbols, const std::string& name) {
-        for (const std::string& line : linesOf(symbols)) {
-            if (line.ends_with(" " + name)) {
-                return std::stoull(line, nullptr, 16);
-            }
-        }
-        ADD_FAILURE() << "no symbol " << name;
-        return 0;
-    }
-
-    /// Whether it calls through the pointer at `pointer`: at its address, or relative to the instruction with
+    /// Whether it calls through the pointer at `address`: at its address, or relative to the instruction with
     /// the address in a remark.
-    static bool calls(const Instruction& instruction, Address pointer) {
-        std::ostringstream hex;
-        hex << std::hex << pointer;
-        return instruction.isCall() && (instruction.text.ends_with("*0x" + hex.str()) ||
-                                        holds(instruction.text, "# " + hex.str() + " <"));
+    static bool calls(const Instruction& instruction, const std::string& address) {
+        return instruction.isCall() && (instruction.text.ends_with("*0x" + address) ||
+                                        holds(instruction.text, "# " + address + " <"));
     }
 
-    static void readFunctions(const std::string& listing) {
-        Code* code = nullptr;
-        for (const std::string& line : linesOf(listing)) {
-            const std::size_t tab = line.find(":\t");
-            if (line.ends_with(">:")) {
-                const std::size_t at = std::min(line.find("tim_"), line.find("zyLoopOverhead"));
-                const bool entry = at != std::string::npos && !holds(line, "[clone");
-                code = entry ? &s_functions[line.substr(at, line.find('(', at) - at)] : nullptr;
-            } else if (code != nullptr && tab != std::string::npos) {
-                code->push_back({std::stoull(line, nullptr, 16), line.substr(tab + 2)});
-            }
-        }
-    }
-
-    static inline Address s_start = 0;
-    static inline Address s_stop = 0;
+    std::string m_start;
+    std::string m_stop;
 };
 
-TEST_F(TimedCode, LoopEntryHoldsTheBodyAlone) {
+TEST_F(TimedCode, IsTheBodyAndItsCountedLoop) {
     for (const MeasuredFunction& function : measuredFunctions) {
-        std::vector<Code> timed = stretches(s_functions["tim_" + std::string(function.name) + "_loop"]);
-        // the stretch without a turn is left by a jump
-        std::erase_if(timed, [](const Code& stretch) { return callsIn(stretch).empty(); });
-        ASSERT_EQ(timed.size(), 1U) << function.name;
-        EXPECT_EQ(callsIn(timed[0]), allowedCalls(function)) << function.name;
-        for (const Instruction& jump : jumpsIn(timed[0])) {
-            ADD_FAILURE() << function.name << ": " << jump.text;
-        }
+        const std::string entry = "tim_" + std::string(function.name);
+        Cells& loop = timed[entry + "_loop"];
+        std::erase(loop, "} ");  // the stretch without a turn is left by a jump
+        EXPECT_EQ(loop, Cells{allowedShape(function)}) << entry;
+        Cells& stat = timed[entry + "_stat"];
+        ASSERT_FALSE(stat.empty()) << entry;
+        EXPECT_EQ(stat.back(), "{ " + allowedShape(function) + "} ") << entry;
+        stat.pop_back();
+        timed.erase(entry + "_loop");
     }
-}
-
-TEST_F(TimedCode, StatisticEntryHoldsTheCountedLoopAlone) {
-    for (const MeasuredFunction& function : measuredFunctions) {
-        std::vector<Code> timed = stretches(s_functions["tim_" + std::string(function.name) + "_stat"]);
-        ASSERT_FALSE(timed.empty()) << function.name;
-        EXPECT_EQ(callsIn(timed.back()), allowedCalls(function)) << function.name;
-        expectOneLoop(timed.back(), function.name);
+    Cells bare;  // before the block of calls, if it stands in the entry
+    for (const auto& [name, shapes] : timed) {
+        bare.insert(bare.end(), shapes.begin(), shapes.end());
     }
-}
-
-TEST_F(TimedCode, BareLoopIsKept) {
-    int loops = 0;
-    for (const auto& [name, code] : s_functions) {
-        std::vector<Code> timed = stretches(code);
-        if (name.ends_with("_stat")) {
-            ASSERT_FALSE(timed.empty()) << name;
-            timed.pop_back();  // the block of calls; before it a bare loop, if it stands in the entry
-        } else if (name.ends_with("_loop")) {
-            continue;
-        }
-        for (const Code& stretch : timed) {
-            EXPECT_EQ(callsIn(stretch), Cells{}) << name;
-            expectOneLoop(stretch, name);
-            ++loops;
-        }
-    }
-    EXPECT_GT(loops, 0);
+    EXPECT_FALSE(bare.empty());
+    EXPECT_EQ(bare, Cells(bare.size(), "{ } "));
 }
 
 }  // namespace

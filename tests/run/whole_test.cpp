@@ -1,5 +1,3 @@
-#include <filesystem>
-
 #include "functions.h"
 #include "tables.h"
 
@@ -12,27 +10,7 @@ std::vector<MeasuredFunction> sortedFunctions() {
     return functions;
 }
 
-/// Everything with its default parameters, in a folder without "reperf.txt".
-class WholeRun : public testing::Test {
-  protected:
-    static void SetUpTestSuite() {
-        s_folder = std::make_unique<WorkFolder>();
-        s_run = run({.arguments = {"-B", "-r", "-u", "-q+", "-c1", "-l" + s_folder->path()},
-                     .folder = s_folder->path()});
-    }
-    static void TearDownTestSuite() { s_folder.reset(); }
-
-    static inline std::unique_ptr<WorkFolder> s_folder;
-    static inline Outcome s_run;
-};
-
-TEST_F(WholeRun, EndsWellInLittleMemory) {
-    expectCleanEnd(s_run);
-    EXPECT_LT(s_run.peakKiB, 24 * 1024);
-}
-
-TEST_F(WholeRun, SummaryTellsEveryTestInOrder) {
-    const Table summary(s_folder->content("metrig_sum.csv"));
+void expectSummary(const Table& summary) {
     std::vector<Cells> expected = {
         {"__mrZorvaCpu", "Information", "-", "-", "-", "-", "__mrZorvaCpuTest", "mr", "OK", "metrig"}};
     for (const MeasuredFunction& function : sortedFunctions()) {
@@ -49,12 +27,8 @@ TEST_F(WholeRun, SummaryTellsEveryTestInOrder) {
     EXPECT_EQ(summary.counters(), "Number of tests=40 Successes=39 Failures=1 Fails=1 -FAIL=1 ");
 }
 
-TEST_F(WholeRun, TableHoldsAllRowsBehindTheirNameLines) {
-    const Table table(s_folder->content("metrig.csv"));
-    Table results = table;
-    std::erase_if(results.rows, [](const Cells& row) { return row[CommentColumn] == "parmNames"; });
-    EXPECT_EQ(results.rows.size(), 438U);
-    expectFigures(results);
+/// Each function has a name line, and its results behind it.
+void expectResults(const Table& table) {
     std::string nameLines;
     auto row = table.rows.begin();
     for (const MeasuredFunction& function : sortedFunctions()) {
@@ -66,42 +40,29 @@ TEST_F(WholeRun, TableHoldsAllRowsBehindTheirNameLines) {
         int count = 0;
         for (; row != table.rows.end() && (*row)[CommentColumn] != "parmNames"; ++row, ++count) {
             EXPECT_TRUE(std::equal(name.begin(), name.begin() + 3, row->begin())) << function.name;
+            EXPECT_GT(std::atof((*row)[ClocksColumn].c_str()), 0.0) << function.name;
         }
         EXPECT_EQ(count, function.rows) << function.name;
     }
     EXPECT_EQ(row, table.rows.end());
-    expectGolden("name_lines.txt", nameLines);
+    expectGolden("run/golden/name_lines.txt", nameLines);
 }
 
-TEST_F(WholeRun, LastParameterTurnsFastest) {
-    Cells walk;
-    for (const Cells& row : Table(s_folder->content("metrig.csv")).rows) {
-        if (row[0] == "zylsFind" && row[CommentColumn] != "parmNames") {
-            walk.push_back(row[3] + " " + row[4] + " " + row[5]);
-        }
-    }
-    ASSERT_GE(walk.size(), 6U);
-    walk.resize(6);
-    EXPECT_EQ(walk, (Cells{"32 8 -", "32 8 hardSearch", "128 8 -", "128 8 hardSearch", "128 32 -",
-                           "128 32 hardSearch"}));
-}
-
-TEST_F(WholeRun, MissingPatternFileIsOneFailure) {
-    const Cells lines = linesOf(s_run.output);
-    const auto words = std::ranges::find(lines, "-- One of argument list for timing is empty");
-    ASSERT_NE(words, lines.end());
-    EXPECT_TRUE((words - 1)->starts_with("| Function  : zylsRegExpFind_8u "));
-    EXPECT_TRUE((words + 1)->starts_with("| -DATAFAIL   zylsRegExpFind_8u "));
-    EXPECT_EQ(linesWith(s_run.output, "-- ").size(), 1U);
+// Everything with its default parameters, in a folder without "reperf.txt", which is one failure.
+TEST(WholeRun, TellsEveryTestInOrder) {
+    const WorkFolder folder;
+    const Outcome outcome =
+        run({.arguments = {"-B", "-r", "-u", "-q+", "-c1", "-l" + folder.path()}, .folder = folder.path()});
+    expectCleanEnd(outcome);
+    EXPECT_LT(outcome.peakKiB, 24 * 1024);
+    expectSummary(Table(folder.content("metrig_sum.csv")));
+    expectResults(Table(folder.content("metrig.csv")));
+    EXPECT_EQ(linesWith(outcome.output, "-- "), Cells{"-- One of argument list for timing is empty"});
 }
 
 TEST(WholeRunWithPatterns, OneRowForEachPattern) {
-    const std::string patterns = METRIG_SOURCE_DIR "/examples/reperf.txt";
-    if (!std::filesystem::exists(patterns)) {
-        GTEST_SKIP() << "no sample of patterns";
-    }
     const WorkFolder folder;
-    const std::string text = readFile(patterns);
+    const std::string text = readFile(METRIG_SOURCE_DIR "/examples/reperf.txt");
     folder.file("reperf.txt", text);
     const Outcome outcome =
         run({.arguments = {"-B", "-r", "-u", "-c1", "-f=zylsRegExpFind_8u", "-l" + folder.path()},

@@ -49,18 +49,18 @@ class RecordedProcessor {
         }
         std::memset(words, 0, 4 * sizeof *words);
         if (leaf == 0) {
-            words[0] = s_record.highest;
             std::string vendor = s_record.vendor;
             vendor.resize(12);
+            words[0] = s_record.highest;
             std::memcpy(&words[1], vendor.data(), 4);
             std::memcpy(&words[3], vendor.data() + 4, 4);
             std::memcpy(&words[2], vendor.data() + 8, 4);
         } else if (leaf == 0x80000000) {
             words[0] = s_record.highestExtended;
         } else if (leaf >= 0x80000002 && leaf <= 0x80000004) {
-            char brand[48] = "";
-            std::strncpy(brand, s_record.brand, sizeof brand - 1);
-            std::memcpy(words, brand + (leaf - 0x80000002) * 16, 16);
+            std::string brand = s_record.brand;
+            brand.resize(48);
+            std::memcpy(words, &brand[(leaf - 0x80000002) * 16], 16);
         }
         for (const ProcessorRecord::Leaf& entry : s_record.leaves) {
             if (entry.leaf == leaf && entry.subleaf == subleaf) {

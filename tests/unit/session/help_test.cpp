@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "session_fixture.h"
+#include "support/golden.h"
 
 namespace {
 
@@ -19,8 +20,7 @@ TEST_F(Help, ToTheLetter) {
     for (const char* line : {"-h", "-?", "-??", "-he", "-h?", "-h -?z"}) {
         text += help(line);
     }
-    std::ifstream golden(METRIG_SOURCE_DIR "/tests/unit/session/golden/help.txt");
-    EXPECT_EQ(text, std::string(std::istreambuf_iterator<char>(golden), {}));
+    expectGolden("unit/session/golden/help.txt", text);
 }
 
 TEST_F(Help, HidesTheKeysOfDevelopers) {

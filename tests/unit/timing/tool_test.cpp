@@ -12,21 +12,24 @@ namespace {
 
 class Tool : public testing::Test, protected ScriptedTiming {
   protected:
+    Tool() {
+        mrTool::m_pCheckStatus = [](int status) {
+            return status > 0 ? mrResult(status) : status ? MR_LIB_FAIL : MR_OK;
+        };
+    }
+    ~Tool() override { mrTool::m_pCheckStatus = nullptr; }
+
+    using ScriptedTiming::course;
     std::string course(int method, const char* entries) {
         tool.m_method = method;
-        return ScriptedTiming::course(tool, entries);
+        return course(tool, entries);
     }
-    /// The course for these answers of the call entry, and the result where they are turned into results.
+    /// The course for these answers of the call entry.
     std::string calls(int method, int count, long long clocks, std::vector<int> script, const char* entries) {
         tool.m_manualLoops = tool.m_statCalls = count;
         tool.m_statClocks = clocks;
-        statuses = script;
-        const std::string text = course(method, entries);
-        mrTool::m_pCheckStatus = [](int status) { return status < 0 ? MR_LIB_FAIL : mrResult(status); };
-        statuses = script;
-        course(method, entries);
-        mrTool::m_pCheckStatus = nullptr;
-        return text + " ?" + std::to_string(tool.m_result);
+        statuses = std::move(script);
+        return course(method, entries);
     }
     std::string readings(std::vector<long long> script, std::vector<mrResult> answers) {
         tool.m_manualLoops = 1;
@@ -59,17 +62,15 @@ TEST_F(Tool, HoldsSettingsWithinTheirBounds) {
 TEST_F(Tool, FallsBackToTheMethodThatTheEntriesAllow) {
     CapturedOutput output(MSG_ERR);
     EXPECT_EQ(course(MR_METHOD_LOOP, "S"), "S10/0/1 = 0.02 nCalls=5000");
-    EXPECT_EQ(ScriptedTiming::course(tool, "S"), "S10/0/1 = 0.02 nCalls=5000");
+    EXPECT_EQ(course(tool, "S"), "S10/0/1 = 0.02 nCalls=5000");
     tool = mrTool();
     EXPECT_EQ(course(MR_METHOD_STAT, "L"), "L12 = 1200 nLps=12");
-    EXPECT_EQ(ScriptedTiming::course(tool, "L"), "L12 = 1200 nLps=12");
+    EXPECT_EQ(course(tool, "L"), "L12 = 1200 nLps=12");
     EXPECT_EQ(
         output.text(),
         " ATTENTION! The test cannot execute Manual loop timing.\n Statistic timing will be run instead.\n"
         " ATTENTION! The test cannot execute Statistic timing.\n Manual loop timing will be run instead.\n")
         << "once for each test";
-    EXPECT_EQ(course(MR_METHOD_LOOP, "LSC"), "L12 = 1200 nLps=12");
-    EXPECT_EQ(course(MR_METHOD_STAT, "LSC"), "S12/10000/1 = 0.02 nCalls=5000");
 }
 
 TEST_F(Tool, TellsWhatCannotBeMeasured) {
@@ -88,7 +89,6 @@ TEST_F(Tool, TellsWhatCannotBeMeasured) {
 TEST_F(Tool, RepeatsAReadingOfNoClocksOnce) {
     EXPECT_EQ(readings({0, 500}, {MR_OK}), "L1*2 = 500 nLps=1");
     EXPECT_EQ(readings({0}, {MR_OK}), "L1*2 = 0 nLps=1");
-    EXPECT_EQ(readings({-5, 300}, {MR_OK}), "L1*2 = 300 nLps=1");
     EXPECT_EQ(readings({0, 300}, {MR_LIB_NOTE, MR_OK}), "L1*2 = 300 nLps=1 !5");
     EXPECT_EQ(readings({0, 300}, {MR_LIB_FAIL}), "L1 = 0 nLps=1 !9");
     EXPECT_EQ(readings({1, 300}, {MR_OK}), "L1 = 1 nLps=1");
@@ -102,26 +102,26 @@ TEST_F(Tool, RepeatsAReadingOfNoClocksOnce) {
 
 TEST_F(Tool, LoopsAroundTheCallEntry) {
     initCost = 7;
-    EXPECT_EQ(calls(MR_METHOD_LOOP, 3, 0, {0}, "C"), "C*4 = 300 nLps=3 ?0");
-    EXPECT_EQ(calls(MR_METHOD_LOOP, 2, 0, {0}, "CI"), "I C I C I C = 214 nLps=2 ?0");
-    EXPECT_EQ(calls(MR_METHOD_LOOP, 3, 0, {-1, 0}, "C"), "C*4 = 300 nLps=3 ?9") << "of the warm-up";
-    EXPECT_EQ(calls(MR_METHOD_LOOP, 3, 0, {0, 4, -2}, "C"), "C*3 = 200 nLps=3 ?9");
-    EXPECT_EQ(calls(MR_METHOD_LOOP, 3, 0, {0, 4, 0}, "C"), "C*4 = 300 nLps=3 ?4");
+    EXPECT_EQ(calls(MR_METHOD_LOOP, 3, 0, {0}, "C"), "C*4 = 300 nLps=3");
+    EXPECT_EQ(calls(MR_METHOD_LOOP, 2, 0, {0}, "CI"), "I C I C I C = 214 nLps=2");
+    EXPECT_EQ(calls(MR_METHOD_LOOP, 3, 0, {-1, 0}, "C"), "C = 0 nLps=3 !9") << "of the warm-up";
+    EXPECT_EQ(calls(MR_METHOD_LOOP, 3, 0, {0, 4, -2}, "C"), "C*3 = 200 nLps=3 !9");
+    EXPECT_EQ(calls(MR_METHOD_LOOP, 3, 0, {0, 4, 0}, "C"), "C*4 = 300 nLps=3 !4");
+    mrTool::m_pCheckStatus = nullptr;
+    EXPECT_EQ(calls(MR_METHOD_LOOP, 3, 0, {-1, 0, -2}, "C"), "C*3 = 200 nLps=3");
 }
 
 TEST_F(Tool, AddsUpTimedCallsOfTheCallEntry) {
     initCost = 7;
     // A round is a timed and an untimed call.
-    EXPECT_EQ(calls(MR_METHOD_STAT, 12, 10000, {0}, "C"), "C*201 = 100 nCalls=100 ?0");
-    EXPECT_EQ(calls(MR_METHOD_STAT, 12, 1200, {0}, "C"), "C*25 = 100 nCalls=12 ?0");
-    EXPECT_EQ(calls(MR_METHOD_STAT, 12, 1201, {0}, "C"), "C*27 = 100 nCalls=13 ?0");
-    EXPECT_EQ(calls(MR_METHOD_STAT, 0, 0, {0}, "C"), "C = 0 nCalls=0 ?0");
-    EXPECT_EQ(calls(MR_METHOD_STAT, 2, 0, {0}, "CI"), "I C I C*2 I C*2 = 100 nCalls=2 ?0");
+    EXPECT_EQ(calls(MR_METHOD_STAT, 12, 1200, {0}, "C"), "C*25 = 100 nCalls=12");
+    EXPECT_EQ(calls(MR_METHOD_STAT, 12, 1201, {0}, "C"), "C*27 = 100 nCalls=13");
+    EXPECT_EQ(calls(MR_METHOD_STAT, 0, 0, {0}, "C"), "C = 0 nCalls=0");
+    EXPECT_EQ(calls(MR_METHOD_STAT, 2, 0, {0}, "CI"), "I C I C*2 I C*2 = 100 nCalls=2");
     // The status of the untimed call comes first, and alone ends it; that round counts no call, but clocks.
-    EXPECT_EQ(calls(MR_METHOD_STAT, 2, 0, {0, 0, 0, -1, 3}, "C"), "C*5 = 100 nCalls=2 ?3");
-    EXPECT_EQ(calls(MR_METHOD_STAT, 2, 0, {0, 0, 0, -1, 0}, "C"), "C*5 = 100 nCalls=2 ?9");
-    EXPECT_EQ(calls(MR_METHOD_STAT, 3, 0, {0, 0, 0, 0, -1}, "C"), "C*5 = 200 nCalls=1 ?9");
-    EXPECT_EQ(calls(MR_METHOD_STAT, 3, 0, {0, 0, -1}, "C"), "C*3 = 0 nCalls=0 ?9");
+    EXPECT_EQ(calls(MR_METHOD_STAT, 2, 0, {0, 0, 0, -1, 3}, "C"), "C*5 = 100 nCalls=2 !3");
+    EXPECT_EQ(calls(MR_METHOD_STAT, 2, 0, {0, 0, 0, -1, 0}, "C"), "C*5 = 100 nCalls=2 !9");
+    EXPECT_EQ(calls(MR_METHOD_STAT, 3, 0, {0, 0, 0, 0, -1}, "C"), "C*5 = 200 nCalls=1 !9");
 }
 
 TEST_F(Tool, SetAndUseRestoresTheDataBeforeEachCall) {
@@ -148,9 +148,6 @@ TEST_F(Tool, WatchesTheEntryAlone) {
     onCall = [](int) { setFlagsSSX(8); };
     course(MR_METHOD_STAT, "S");
     EXPECT_TRUE(g_ssx.badStatus());
-    EXPECT_EQ(course(MR_METHOD_LOOP, "LI"), "L10 = 1000 nLps=10");
-    tool.m_ibs = true;
-    EXPECT_EQ(course(MR_METHOD_LOOP, "LI"), "I L10 = 1000 nLps=10");
 }
 
 TEST_F(Tool, WritesAccuracyAndClocks) {
@@ -164,6 +161,35 @@ TEST_F(Tool, WritesAccuracyAndClocks) {
     EXPECT_EQ(str(text),
               "0.00% 0.05% 0.1% 5.0% 50000.0% 100000000000000005 "
               "0 -5 2147483647 2147483640 9223372030000000000 ");
+}
+
+TEST_F(Tool, DescribesTheGivenMethods) {
+    CapturedOutput output(MSG_ERR | MSG_WARN | MSG_PERF | MSG_INFO);
+    tool.setMethodStat(12, 5'000'000'000);
+    statCalls = 400;
+    costs = {2000};
+    results = {MR_LIB_NOTE};
+    EXPECT_EQ(course(tool, "LSCI"), "S12/5000000000/1 = 5 nCalls=400 !5");
+    tool.setMethodLoop(10);
+    EXPECT_EQ(course(tool, "SC"), "C*11 = 20000 nLps=10");
+    EXPECT_EQ(tool.m_accuracy, 0.0);
+    EXPECT_EQ(output.text(),
+              "    Statistical method:\n        minCalls   = 12\n        maxClocks  = 5000000000\n"
+              "        numCalls   = 400\n        funcClocks = 5\n        result     = lib function note\n"
+              "    Manual method: \n        numLoops   = 10\n        funcClocks = 2e+04\n"
+              "        result     = successfully\n");
+}
+
+TEST_F(Tool, StatisticTakesItsEntryAsItComes) {
+    costs = {100};
+    course(tool, "LS");  // leaves blocks of 100 calls behind
+    tool.setMethodStat(12, 10000);
+    statCalls = 0;
+    EXPECT_EQ(course(tool, "LS"), "S12/10000/100 = 0 nCalls=0");
+    statCalls = 8;
+    costs = {0};
+    EXPECT_EQ(course(tool, "S"), "S12/10000/100 = 0 nCalls=8") << "no clocks are no reason to repeat it";
+    mrTool::numIntLoops = 1;
 }
 
 }  // namespace
