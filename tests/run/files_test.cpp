@@ -30,6 +30,18 @@ TEST(Dialogue, ValuesComeFromOptionFileAnswerAndDefaultInThisOrder) {
     EXPECT_EQ(Table(folder.content("metrig.csv")).column(3), (Cells{"40", "50", "60"}));
 }
 
+TEST(Dialogue, ShowsAQuestionBeforeItWaits) {
+    const WorkFolder folder;
+    folder.file("out", "");
+    // The answer is typed when the question is there, or else after ten seconds.
+    const std::string command =
+        "(for i in $(seq 100); do grep -q '= $' out && tail -n 1 out >seen && break; sleep 0.1; done; echo "
+        "man) |" METRIG_BIN_DIR "/metrig -ATiming -f=zylsCompare_8u -dVectorLength=64 -dNumLoops=1 >out";
+    run({.arguments = {"-c", command}, .folder = folder.path(), .program = "/bin/sh"});
+    EXPECT_EQ(folder.content("seen"), " Method {Auto|Manual|Statistic|Iterative} [Auto] = ");
+    EXPECT_TRUE(holds(folder.content("out"), " [Auto] =  Method = Manual\n"));
+}
+
 TEST(IniFile, WrittenFileReadsBackToTheSameWalk) {
     const WorkFolder folder;
     const Cells common = {"-B", "-r", "-u", "-nwalk", "-p" + folder.path(), "-l" + folder.path()};
