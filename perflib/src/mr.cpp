@@ -146,6 +146,7 @@ void mrSession::outputSignal() {
     if (file.isOpen()) {
         const mrDate& date = pTestList->m_date;
         file << mrReportFormat::getTimeStr(date.seconds()) + "\n" + mrDate::text(date.stopTime()) + "\n\n";
+        file.sync();
     }
 }
 

@@ -18,9 +18,15 @@ void mrFileList::flush() {
     }
 }
 
+void mrFileList::sync() {
+    for (o_stream* stream : *this) {
+        stream->sync();
+    }
+}
+
 void mrFileList::close() {
     // What can't be written shows while all files are open still, so that the others take the message.
-    flush();
+    sync();
     for (o_stream* stream : *this) {
         stream->close();
     }

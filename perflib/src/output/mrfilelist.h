@@ -17,6 +17,7 @@ class mrFileList : public mrList<o_stream*> {
     /// Opens a file by its full name and adds it; false, with a message, if it can't be opened.
     bool addStream(mrString name, bool append);
     void flush();
+    void sync();
     /// Closes the files and leaves the list empty.
     void close();
 

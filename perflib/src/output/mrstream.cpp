@@ -1,5 +1,7 @@
 #include "output/mrstream.h"
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstring>
 #include <string>
@@ -35,6 +37,9 @@ const char* purpose(int mode) {
     }
     return (mode & IO_WRITE) != 0 ? " to write" : "";
 }
+
+/// Other errors of a file that is brought to the disk say that it has none: a pipe, a terminal.
+bool isLoss(int error) { return error == EIO || error == ENOSPC || error == EDQUOT; }
 
 /// The colon stands at the end of the line with no reason behind it: listings have always read so.
 void reportFailure(const mrString& path, int mode) {
@@ -74,6 +79,13 @@ void io_stream::reportUnwritten() {
 
 void io_stream::flush() {
     if (m_file != nullptr && std::fflush(m_file) != 0) {
+        reportUnwritten();
+    }
+}
+
+void io_stream::sync() {
+    flush();
+    if (m_file != nullptr && fdatasync(fileno(m_file)) != 0 && isLoss(errno)) {
         reportUnwritten();
     }
 }

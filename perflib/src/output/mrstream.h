@@ -29,6 +29,8 @@ class io_stream {
     bool isOpen() const { return m_file != nullptr; }
     FILE* file() const { return m_file; }
     void flush();
+    /// Flushes, and returns when the system has the content on its disk, so that it outlives a loss of power.
+    void sync();
     void close();
 
   protected:
