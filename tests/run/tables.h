@@ -13,6 +13,7 @@
 
 #include "support/golden.h"
 #include "support/program.h"
+#include "support/replaced.h"
 
 using Cells = std::vector<std::string>;
 
@@ -34,14 +35,6 @@ inline Cells linesOf(const std::string& text) { return split(text, '\n'); }
 
 inline bool holds(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
-}
-
-/// `text` with `now` wherever `before` stood.
-inline std::string replaced(std::string text, const std::string& before, const std::string& now) {
-    for (std::size_t at = 0; (at = text.find(before, at)) != std::string::npos; at += now.size()) {
-        text.replace(at, before.size(), now);
-    }
-    return text;
 }
 
 /// The lines of `text` that begin so.

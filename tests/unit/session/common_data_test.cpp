@@ -1,5 +1,7 @@
 
 
+#include <regex>
+
 #include "session_fixture.h"
 
 namespace {

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <regex>
 
 #include "session_fixture.h"
 #include "support/golden.h"

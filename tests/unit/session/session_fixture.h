@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <iterator>
-#include <regex>
 #include <sstream>
 #include <tuple>
 #include <vector>
@@ -15,6 +14,7 @@
 #include "output/mristream.h"
 #include "support/captured_output.h"
 #include "support/float_flags.h"
+#include "support/replaced.h"
 #include "support/temp_folder.h"
 #include "test/mrmemory.h"
 
@@ -53,7 +53,7 @@ class SessionTest : public testing::Test {
     std::string printed(Action action) {
         CapturedOutput output(MSG_ERR | MSG_WARN | MSG_PERF);
         action();
-        return std::regex_replace(output.text(), std::regex(m_folder.path()), "<dir>/");
+        return replaced(output.text(), m_folder.path(), "<dir>/");
     }
 
     const TempFolder m_folder;

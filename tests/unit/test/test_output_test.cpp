@@ -1,3 +1,5 @@
+#include <regex>
+
 #include "job.h"
 #include "zytest.h"
 
