@@ -24,7 +24,9 @@ target_compile_definitions(test_surroundings INTERFACE
 
 # With the checks on, the tests themselves would take three times as long to build, and it is not their speed
 # that counts.
-target_compile_options(test_surroundings INTERFACE $<$<CONFIG:Asan>:-O0 -g1>)
+set(quickly_built $<$<CONFIG:Asan>:-O0 -g1>)
+target_compile_options(test_surroundings INTERFACE ${quickly_built})
+target_compile_options(gtest PRIVATE ${quickly_built})
 
 # Defines executable `name` from `sources`, linked with the rest of the arguments; nothing without sources.
 function(add_test_program name sources)
