@@ -64,8 +64,8 @@ class TimsFind : public zyTest {
     bool initData() override {
         len = g_vectorLength.value();
         lenFind = lenFindArg.value();
-        // A substring of one byte would let the near misses below step by nothing.
-        if (lenFind >= len || (!m_hasC && lenFind == 1) || lenFind < 1) {
+        // A substring of one byte would let the near misses below step by nothing, one of none step back.
+        if (lenFind >= len || (!m_hasC && (lenFind == 0 || lenFind == 1))) {
             return false;
         }
         if (!src.createVector(zyLength(len + 1LL), -1) || !fnd.createVector(lenFind + 1, -1)) {

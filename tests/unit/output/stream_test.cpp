@@ -3,6 +3,7 @@
 #include "mr.h"
 #include "output/mrtrace.h"
 #include "support/captured_output.h"
+#include "support/temp_folder.h"
 
 namespace {
 
@@ -28,6 +29,24 @@ TEST(FileStream, SaysWhatItCannotOpen) {
     EXPECT_FALSE(io_stream("", IO_READ, false).isOpen());
     EXPECT_EQ(output.text(),
               "-- Can't open file /no/f: \n-- Can't open file. Wrong filename (NULL)  to read: \n");
+}
+
+TEST(FileStream, ReadsLinesOfAnyLength) {
+    const TempFolder folder;
+    // 511 characters are read at a time; the last line has no end
+    const std::size_t lengths[] = {0, 510, 511, 512, 1021, 1022, 5000, 511};
+    std::string text;
+    for (const std::size_t length : lengths) {
+        text += std::string(length, 'x') + "\n";
+    }
+    text.pop_back();
+    i_stream file(folder.file("lines", text), IO_READ | IO_NOPATH, true);
+    mrString line = "before";
+    for (const std::size_t length : lengths) {
+        EXPECT_TRUE(file.getline(line));
+        EXPECT_EQ(str(line), std::string(length, 'x'));
+    }
+    EXPECT_FALSE(file.getline(line));
 }
 
 TEST(Trace, IndentsByTheDepthAndRecoversIt) {
