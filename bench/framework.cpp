@@ -1,23 +1,16 @@
 // The framework's own work around the measurements, at sizes far above a normal run.
 
-#include <chrono>
 #include <cstdio>
 #include <memory>
 #include <vector>
 
 #include "output/mrcstream.h"
+#include "seconds.h"
 #include "zy.h"
 
 namespace {
 
 constexpr int Many = 100000;
-
-template <class Work>
-double seconds(Work work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
 
 /// Names in no order, in the grammar of the library: bases, types and descriptors in turn.
 mrString functionName(int number) {

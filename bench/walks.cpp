@@ -5,10 +5,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <cstdio>
 
 #include "output/mrcstream.h"
+#include "seconds.h"
 #include "suites.h"
 
 namespace {
@@ -21,13 +21,6 @@ mrString duplicates(int lines) {
         text += "64; ";
     }
     return text.c_str();
-}
-
-template <class Work>
-double seconds(Work work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
 /// Every combination of the walk without its measurement.
