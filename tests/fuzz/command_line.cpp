@@ -45,6 +45,7 @@ void closeFiles() {
     g_istrm.deleteIStream();
     for (mrFileList* files : std::initializer_list<mrFileList*>{&g_ostrm, &g_cstrm, &g_qstrm, &g_ustrm}) {
         files->close();
+        files->clear();
     }
 }
 

@@ -30,8 +30,6 @@ void mrFileList::close() {
     for (o_stream* stream : *this) {
         stream->close();
     }
-    clear();
-    m_opened.clear();
 }
 
 void mrFileList::write(const mrString& text) {

@@ -18,7 +18,7 @@ class mrFileList : public mrList<o_stream*> {
     bool addStream(mrString name, bool append);
     void flush();
     void sync();
-    /// Closes the files and leaves the list empty.
+    /// Closes the files; they stay on the list.
     void close();
 
   protected:
