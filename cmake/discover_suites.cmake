@@ -1,7 +1,7 @@
 # Writes to LIST one CTest test for each GoogleTest suite of PROGRAM whose name matches SUITES.
-# TIMEOUT is in seconds. Such tests take turns, since each of them measures.
+# TIMEOUT is in seconds; EMULATOR stands in front of PROGRAM. Such tests take turns, since each of them measures.
 
-execute_process(COMMAND ${PROGRAM} --gtest_list_tests OUTPUT_VARIABLE listing TIMEOUT 60
+execute_process(COMMAND ${EMULATOR} ${PROGRAM} --gtest_list_tests OUTPUT_VARIABLE listing TIMEOUT 60
                 COMMAND_ERROR_IS_FATAL ANY)
 string(REGEX MATCHALL "[^\n]+" lines "${listing}")
 set(tests)
@@ -10,7 +10,7 @@ foreach(line IN LISTS lines)
     if(line MATCHES "^([A-Za-z0-9_/]+)\\." AND CMAKE_MATCH_1 MATCHES "${SUITES}")
         string(REGEX MATCH "^[A-Za-z0-9_/]+" suite "${line}")
         string(APPEND tests
-            "add_test([=[run_tests.${suite}]=] [=[${PROGRAM}]=] [=[--gtest_filter=${suite}.*]=])\n"
+            "add_test([=[run_tests.${suite}]=] ${EMULATOR} [=[${PROGRAM}]=] [=[--gtest_filter=${suite}.*]=])\n"
             "set_tests_properties([=[run_tests.${suite}]=] PROPERTIES TIMEOUT ${TIMEOUT}"
             " RESOURCE_LOCK measuring)\n")
     endif()

@@ -19,6 +19,7 @@ target_compile_definitions(test_surroundings INTERFACE
     METRIG_SOURCE_DIR="${CMAKE_SOURCE_DIR}"
     METRIG_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}"
     METRIG_LIB_DIR="${CMAKE_LIBRARY_OUTPUT_DIRECTORY}"
+    METRIG_EMULATOR="${METRIG_EMULATOR}"
     METRIG_OBJDUMP="${METRIG_OBJDUMP}"
     METRIG_VALGRIND="${METRIG_VALGRIND}")
 
@@ -88,7 +89,7 @@ if(TARGET run_tests)
     endforeach()
     set(run_list ${CMAKE_BINARY_DIR}/run_tests_suites.cmake)
     add_custom_command(TARGET run_tests POST_BUILD VERBATIM
-        COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:run_tests> -DLIST=${run_list} -DTIMEOUT=300
+        COMMAND ${CMAKE_COMMAND} -DEMULATOR=${METRIG_EMULATOR} -DPROGRAM=$<TARGET_FILE:run_tests> -DLIST=${run_list} -DTIMEOUT=300
                 "-DSUITES=$<IF:$<CONFIG:Asan>,^Construction,.>"
                 -P ${CMAKE_SOURCE_DIR}/cmake/discover_suites.cmake)
     file(WRITE ${CMAKE_BINARY_DIR}/run_tests.cmake

@@ -94,7 +94,7 @@ const Cells threeLengths = {"-dVectorLength=64; 128; 256", "-LWARN", "-dMethod=M
 TEST_F(Faults, SignalsEndOneTestEach) {
     const std::vector<FaultRow> table = {
         {"zylsCompare_8u", "read", "EXCPTFAIL", 0, "--", storage},
-        {"zylsCompareIgnoreCaseLatin_8u", "read@500", "EXCPTFAIL", 0, "--", storage},
+        {"zylsCompareIgnoreCaseLatin_8u", "read@20", "EXCPTFAIL", 0, "--", storage},
         {"zylsConcat_8u", "", "OK", 1, "--", ""},
         {"zylsEqual_8u", "write", "EXCPTFAIL", 0, "--", storage},
         {"zylsFindC_8u", "jump", "EXCPTFAIL", 0, "--", storage},
@@ -141,6 +141,9 @@ TEST_F(Faults, StatusesAndFlagsAreNotesOrFails) {
 }
 
 TEST_F(Faults, UnmaskedFloatExceptionIsASignal) {
+    if (emulated()) {
+        GTEST_SKIP() << "the emulator raises no float exceptions";
+    }
     const std::vector<FaultRow> table = {
         {"zylsCompare_8u", "sse", "EXCPTFAIL", 0, "--", arithmetic},
         {"zylsEqual_8u", "x87", "EXCPTFAIL", 0, "--", arithmetic},

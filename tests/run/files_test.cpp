@@ -36,7 +36,7 @@ TEST(Dialogue, ShowsAQuestionBeforeItWaits) {
     // The answer is typed when the question is there, or else after ten seconds.
     const std::string command =
         "(for i in $(seq 100); do grep -q '= $' out && tail -n 1 out >seen && break; sleep 0.1; done; echo "
-        "man) |" METRIG_BIN_DIR "/metrig -ATiming -f=zylsCompare_8u -dVectorLength=64 -dNumLoops=1 >out";
+        "man) |" METRIG_COMMAND " -ATiming -f=zylsCompare_8u -dVectorLength=64 -dNumLoops=1 >out";
     run({.arguments = {"-c", command}, .folder = folder.path(), .program = "/bin/sh"});
     EXPECT_EQ(folder.content("seen"), " Method {Auto|Manual|Statistic|Iterative} [Auto] = ");
     EXPECT_TRUE(holds(folder.content("out"), " [Auto] =  Method = Manual\n"));
@@ -108,8 +108,7 @@ TEST(OutputFiles, WhatCanNotBeWrittenIsToldOnceAndStopsNothing) {
     };
     for (const auto& [command, told] : rows) {
         const WorkFolder folder;
-        const std::string program =
-            METRIG_BIN_DIR "/metrig -B -r -u -olisting -f=zylsHash_8u32u -l" + folder.path();
+        const std::string program = METRIG_COMMAND " -B -r -u -olisting -f=zylsHash_8u32u -l" + folder.path();
         const Outcome outcome = run({.arguments = {"-c", replaced(command, "<metrig>", program)},
                                      .folder = folder.path(),
                                      .program = "/bin/sh"});

@@ -37,7 +37,11 @@ struct File {
 [[noreturn]] void becomeProgram(const Invocation& what) {
     const bool isPath = what.program.find('/') != std::string::npos;
     const std::string path = isPath ? what.program : METRIG_BIN_DIR "/" + what.program;
-    std::vector<char*> arguments{const_cast<char*>(path.c_str())};
+    std::vector<char*> arguments;
+    if (emulated() && !isPath) {
+        arguments.push_back(const_cast<char*>(METRIG_EMULATOR));
+    }
+    arguments.push_back(const_cast<char*>(path.c_str()));
     for (const std::string& argument : what.arguments) {
         arguments.push_back(const_cast<char*>(argument.c_str()));
     }
@@ -48,7 +52,7 @@ struct File {
     if (what.folder.empty() || chdir(what.folder.c_str()) == 0) {
         std::signal(SIGPIPE, SIG_DFL);
         alarm(what.seconds);
-        execv(path.c_str(), arguments.data());
+        execv(arguments[0], arguments.data());
     }
     _exit(127);
 }

@@ -43,5 +43,12 @@ struct Outcome {
     long peakKiB = 0;    ///< most memory that was resident at a time
 };
 
+/// What a shell command says to start the program: its path, behind the emulator where there is one.
+#define METRIG_COMMAND METRIG_EMULATOR " " METRIG_BIN_DIR "/metrig"
+
+/// Whether the programs under test run under an emulator, which knows no unmasked float exceptions and gives
+/// them a processor of its own.
+constexpr bool emulated() { return sizeof METRIG_EMULATOR > 1; }
+
 /// Returns when the program has ended. std::runtime_error if the system refuses a file or a process.
 Outcome run(const Invocation& what);
