@@ -26,11 +26,12 @@ unsigned long long ticksOfPiece() {
     _mm_lfence();
     const unsigned long long start = __rdtsc();
     for (int i = 0; i < CanaryRounds; ++i) {
-        asm volatile("add $1, %0\n\tadd $3, %1\n\tadd $5, %2\n\tadd $7, %3\n\t"
-                     "xor %1, %0\n\txor %2, %1\n\txor %3, %2\n\txor %0, %3"
-                     : "+r"(a), "+r"(b), "+r"(c), "+r"(d)
-                     :
-                     : "cc");
+        asm volatile(
+            "add $1, %0\n\tadd $3, %1\n\tadd $5, %2\n\tadd $7, %3\n\t"
+            "xor %1, %0\n\txor %2, %1\n\txor %3, %2\n\txor %0, %3"
+            : "+r"(a), "+r"(b), "+r"(c), "+r"(d)
+            :
+            : "cc");
     }
     _mm_lfence();
     return __rdtsc() - start;

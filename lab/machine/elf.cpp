@@ -107,7 +107,8 @@ std::string_view codeOf(std::string_view file, std::string_view function) {
             continue;
         }
         const auto texts = sectionAt<Elf>(file, *header, table->sh_link);
-        const std::string_view names = texts ? part(file, texts->sh_offset, texts->sh_size) : std::string_view();
+        const std::string_view names =
+            texts ? part(file, texts->sh_offset, texts->sh_size) : std::string_view();
         const std::string_view symbols = part(file, table->sh_offset, table->sh_size);
         for (std::uint64_t at = 0; const auto symbol = record<typename Elf::Symbol>(symbols, at);
              at += sizeof *symbol) {

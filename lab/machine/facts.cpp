@@ -56,11 +56,14 @@ std::string fileContent(const std::string& path) {
 Facts machineFacts(int core, const std::string& root) {
     const std::string cpuinfo = fileContent(root + "/proc/cpuinfo");
     const std::string cpu = root + "/sys/devices/system/cpu/cpu" + std::to_string(core);
-    const bool isVirtual = (" " + cpuinfoValue(cpuinfo, "flags") + " ").find(" hypervisor ") != std::string::npos;
+    const bool isVirtual =
+        (" " + cpuinfoValue(cpuinfo, "flags") + " ").find(" hypervisor ") != std::string::npos;
     const Facts all = {{"processor", cpuinfoValue(cpuinfo, "model name")},
                        {"microcode", cpuinfoValue(cpuinfo, "microcode")},
                        {"kernel", kernelName()},
-                       {"virtual", cpuinfo.empty() ? "" : isVirtual ? "yes" : "no"},
+                       {"virtual", cpuinfo.empty() ? ""
+                                   : isVirtual     ? "yes"
+                                                   : "no"},
                        {"core", std::to_string(core)},
                        {"siblings", firstLine(cpu + "/topology/thread_siblings_list")},
                        {"governor", firstLine(cpu + "/cpufreq/scaling_governor")},

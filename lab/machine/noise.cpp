@@ -73,7 +73,8 @@ std::vector<std::string> NoiseWatch::warnings(const NoiseReading& now, double bu
     const double stolen = steal(now);
     m_last = now;
     say("busy", busyness > BusyCanary,
-        "the core or its sibling is busy: a fixed piece of work takes " + percent(busyness - 1.0) + " longer");
+        "the core or its sibling is busy: a fixed piece of work takes " + percent(busyness - 1.0) +
+            " longer");
     say("steal", stolen > StealShare, "the host takes " + percent(stolen) + " of the time away");
     std::ostringstream load;
     load << now.load;

@@ -11,11 +11,11 @@ namespace lab {
 
 /// One reading of the system's own figures.
 struct NoiseReading {
-    double load = 0.0;           ///< processes that want a processor, mean of the last minute
-    double stealTicks = 0.0;     ///< time that a host took away, all processors, since the start
-    double totalTicks = 0.0;     ///< time of all processors since the start
-    std::string governor;        ///< of the core
-    bool battery = false;        ///< power comes from a battery
+    double load = 0.0;        ///< processes that want a processor, mean of the last minute
+    double stealTicks = 0.0;  ///< time that a host took away, all processors, since the start
+    double totalTicks = 0.0;  ///< time of all processors since the start
+    std::string governor;     ///< of the core
+    bool battery = false;     ///< power comes from a battery
 };
 
 /// `root` stands before /proc and /sys.
@@ -43,6 +43,7 @@ constexpr double BusyCanary = 1.08;
 
 /// Waits until `busyness` tells quiet, three times in a row, at most `seconds`; false if it never did.
 /// `pause` waits a while and answers how many seconds that were, negative to give up.
-bool waitForQuiet(const std::function<double()>& busyness, const std::function<double()>& pause, double seconds);
+bool waitForQuiet(const std::function<double()>& busyness, const std::function<double()>& pause,
+                  double seconds);
 
 }  // namespace lab

@@ -37,8 +37,8 @@ void addBlock(State& state, const unsigned char* block) {
     }
     auto [a, b, c, d, e, f, g, h] = state;
     for (std::size_t i = 0; i < w.size(); ++i) {
-        const std::uint32_t first =
-            h + (std::rotr(e, 6) ^ std::rotr(e, 11) ^ std::rotr(e, 25)) + ((e & f) ^ (~e & g)) + rounds[i] + w[i];
+        const std::uint32_t first = h + (std::rotr(e, 6) ^ std::rotr(e, 11) ^ std::rotr(e, 25)) +
+                                    ((e & f) ^ (~e & g)) + rounds[i] + w[i];
         const std::uint32_t second =
             (std::rotr(a, 2) ^ std::rotr(a, 13) ^ std::rotr(a, 22)) + ((a & b) ^ (a & c) ^ (b & c));
         h = g;
@@ -59,7 +59,8 @@ void addBlock(State& state, const unsigned char* block) {
 }  // namespace
 
 std::string sha256(std::string_view bytes) {
-    State state = {0x6a09e667, 0xbb67ae85, 0x3c6ef372, 0xa54ff53a, 0x510e527f, 0x9b05688c, 0x1f83d9ab, 0x5be0cd19};
+    State state = {0x6a09e667, 0xbb67ae85, 0x3c6ef372, 0xa54ff53a,
+                   0x510e527f, 0x9b05688c, 0x1f83d9ab, 0x5be0cd19};
     const auto* data = reinterpret_cast<const unsigned char*>(bytes.data());
     std::size_t at = 0;
     for (; bytes.size() - at >= BlockSize; at += BlockSize) {

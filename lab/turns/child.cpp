@@ -92,7 +92,8 @@ std::vector<std::string> childEnvironment(const std::vector<std::string>& more) 
     return result;
 }
 
-/// In the child, where nothing may be allocated any more. Writes errno to `failed` if the program can't start.
+/// In the child, where nothing may be allocated any more. Writes errno to `failed` if the program can't
+/// start.
 [[noreturn]] void becomeProgram(pid_t parent, int in, int out, int console, int failed, char** arguments,
                                 char** environment) {
     setpgid(0, 0);
@@ -273,7 +274,8 @@ std::string Child::ending() {
         return "exited with status " + std::to_string(WEXITSTATUS(m_status));
     }
     if (WIFSIGNALED(m_status) && !m_killed) {
-        return "killed by signal " + std::to_string(WTERMSIG(m_status)) + " (" + strsignal(WTERMSIG(m_status)) + ")";
+        return "killed by signal " + std::to_string(WTERMSIG(m_status)) + " (" +
+               strsignal(WTERMSIG(m_status)) + ")";
     }
     return "stopped answering";
 }

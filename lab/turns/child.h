@@ -27,8 +27,8 @@ struct ChildStart {
     std::vector<std::string> environment;  ///< "NAME=value", beside what this process has
 };
 
-/// A process in a group of its own, which ends with the one that started it. The descriptors that it speaks by
-/// are named in its METRIG_TURNS; what it prints is kept in part.
+/// A process in a group of its own, which ends with the one that started it. The descriptors that it speaks
+/// by are named in its METRIG_TURNS; what it prints is kept in part.
 class Child {
   public:
     enum class Answer {

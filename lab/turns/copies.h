@@ -1,7 +1,7 @@
 #pragma once
 
-/// Fresh copies of the libraries of both sides. The pages of a file stay the same for hours, and which they are
-/// shows in the figures, so each pair of processes gets pages of its own.
+/// Fresh copies of the libraries of both sides. The pages of a file stay the same for hours, and which they
+/// are shows in the figures, so each pair of processes gets pages of its own.
 
 #include <array>
 #include <string>
@@ -12,14 +12,15 @@
 namespace lab {
 
 /// The shared objects of a library.
-inline const std::vector<std::string> libraryObjects = {"libzylcore.so.10", "libzyls.so.10", "libzylch.so.10"};
+inline const std::vector<std::string> libraryObjects = {"libzylcore.so.10", "libzyls.so.10",
+                                                        "libzylch.so.10"};
 
-/// Two folders in memory, where the system has room for files that can be mapped as programs there. They vanish
-/// with the object, and what an object of a killed process left behind vanishes with the next one.
+/// Two folders in memory, where the system has room for files that can be mapped as programs there. They
+/// vanish with the object, and what an object of a killed process left behind vanishes with the next one.
 class LibraryCopies {
   public:
-    /// `folders` hold the originals, of the old side and of the new one. std::runtime_error if a file can't be
-    /// read or written.
+    /// `folders` hold the originals, of the old side and of the new one. std::runtime_error if a file can't
+    /// be read or written.
     LibraryCopies(const std::array<std::string, 2>& folders, Random& random);
     LibraryCopies(const LibraryCopies&) = delete;
     LibraryCopies& operator=(const LibraryCopies&) = delete;

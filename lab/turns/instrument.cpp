@@ -20,13 +20,15 @@ std::string shown(std::string_view line) {
 
 }  // namespace
 
-Instrument::Instrument(const ChildStart& start, std::chrono::milliseconds patience) : m_child(start, patience) {
+Instrument::Instrument(const ChildStart& start, std::chrono::milliseconds patience)
+    : m_child(start, patience) {
     std::string line;
     switch (m_child.hear(line)) {
         case Child::Answer::Gone: {
             const std::string end = m_child.ending();
             const std::string words = m_child.lastWords();
-            throw std::runtime_error(start.program + " takes no turns: " + end + (words.empty() ? "" : ": " + words));
+            throw std::runtime_error(start.program + " takes no turns: " + end +
+                                     (words.empty() ? "" : ": " + words));
         }
         case Child::Answer::Silent:
             throw std::runtime_error(start.program + " takes no turns: no answer");
@@ -83,6 +85,7 @@ bool Instrument::hearPoint() {
         if (auto* result = std::get_if<ResultMessage>(&*message)) {
             m_result = std::move(*result);
         } else if (std::holds_alternative<EndMessage>(*message)) {
+            m_ended = true;
             return false;
         } else {
             return lose("does not keep to the order of the lines");
@@ -91,24 +94,17 @@ bool Instrument::hearPoint() {
     return false;
 }
 
-bool Instrument::step() {
-    if (m_loss) {
+bool Instrument::step() { return leave("next"); }
+
+bool Instrument::skip() { return leave("skip"); }
+
+bool Instrument::leave(const char* word) {
+    if (m_loss || m_ended) {
         return false;
     }
     if (m_point) {
-        m_child.say("next");
-    } else if (m_begun && m_result.function.empty()) {
-        return false;
+        m_child.say(word);
     }
-    m_begun = true;
-    return hearPoint();
-}
-
-bool Instrument::skip() {
-    if (m_loss || !m_point) {
-        return step();
-    }
-    m_child.say("skip");
     return hearPoint();
 }
 

@@ -28,8 +28,8 @@ struct Take {
 
 class Instrument {
   public:
-    /// Starts it and hears its first line. std::runtime_error if it does not start, is no instrument that takes
-    /// turns, or speaks another version.
+    /// Starts it and hears its first line. std::runtime_error if it does not start, is no instrument that
+    /// takes turns, or speaks another version.
     Instrument(const ChildStart& start, std::chrono::milliseconds patience);
 
     const HelloMessage& hello() const { return m_hello; }
@@ -51,14 +51,15 @@ class Instrument {
     /// To the first point behind the test of this one.
     bool skip();
 
-    /// So many blocks of so many calls at the point. At a loss where the test alone has ended the next step goes
-    /// on behind it.
+    /// So many blocks of so many calls at the point. At a loss where the test alone has ended the next step
+    /// goes on behind it.
     Take take(long long calls, int blocks);
 
     /// Ends the run.
     void quit();
 
   private:
+    bool leave(const char* word);
     bool hearPoint();
     bool lose(const std::string& what);
     std::optional<Message> hear();
@@ -69,7 +70,7 @@ class Instrument {
     ResultMessage m_result;
     std::optional<Loss> m_loss;
     std::string m_lastFunction;
-    bool m_begun = false;
+    bool m_ended = false;
 };
 
 }  // namespace lab

@@ -52,7 +52,8 @@ struct ResultMessage {
 
 struct EndMessage {};
 
-using Message = std::variant<HelloMessage, PointMessage, TicksMessage, StatusMessage, ResultMessage, EndMessage>;
+using Message =
+    std::variant<HelloMessage, PointMessage, TicksMessage, StatusMessage, ResultMessage, EndMessage>;
 
 /// Nothing if the line, without its line end, is none that an instrument says.
 std::optional<Message> parseMessage(std::string_view line);
