@@ -35,8 +35,6 @@ CREATE TABLE mark(point INTEGER NOT NULL, position INTEGER NOT NULL, text TEXT N
                   PRIMARY KEY(point, position)) WITHOUT ROWID;
 CREATE TABLE pair(pair INTEGER PRIMARY KEY, seconds REAL NOT NULL, busyness REAL NOT NULL, steal REAL NOT NULL,
                   load REAL NOT NULL);
--- a function that a pair has done
-CREATE TABLE done(pair INTEGER NOT NULL, function TEXT NOT NULL, PRIMARY KEY(pair, function)) WITHOUT ROWID;
 -- turns: per turn epoch * 2 + side, calls, empty, loop, microseconds, number of blocks, ticks of each; numbers of
 -- seven bits a byte, signed ones as 2n or -2n-1, all but the first and the number of blocks are signed
 CREATE TABLE visit(pair INTEGER NOT NULL, point INTEGER NOT NULL, fresh INTEGER NOT NULL, turns BLOB NOT NULL,
@@ -230,7 +228,7 @@ StoredHead Store::head() {
     return head;
 }
 
-void Store::addVisits(int pair, const std::string& function, const std::vector<StoredVisit>& visits) {
+void Store::addVisits(int pair, const std::vector<StoredVisit>& visits) {
     Transaction transaction(*m_base);
     Statement insert(*m_base, "INSERT INTO visit VALUES(?, ?, ?, ?, ?, ?, ?, ?)");
     for (const StoredVisit& visit : visits) {
@@ -239,7 +237,6 @@ void Store::addVisits(int pair, const std::string& function, const std::vector<S
                   visit.fates[0].death, visit.fates[1].status, visit.fates[1].death)
             .run();
     }
-    Statement(*m_base, "INSERT INTO done VALUES(?, ?)").with(pair, function).run();
     transaction.commit();
 }
 
@@ -257,13 +254,13 @@ void Store::eachVisit(const std::function<void(int pair, StoredVisit&& visit)>& 
     }
 }
 
-std::set<std::string> Store::functionsDone(int pair) {
-    std::set<std::string> functions;
-    Statement rows(*m_base, "SELECT function FROM done WHERE pair = ?");
+std::set<int> Store::pointsVisited(int pair) {
+    std::set<int> points;
+    Statement rows(*m_base, "SELECT point FROM visit WHERE pair = ?");
     for (rows.with(pair); rows.row();) {
-        functions.insert(rows.text(0));
+        points.insert(static_cast<int>(rows.number(0)));
     }
-    return functions;
+    return points;
 }
 
 void Store::addPair(const StoredPair& pair) {

@@ -87,13 +87,14 @@ class Store {
 
     StoredHead head();
 
-    /// One transaction: the visits of a function by a pair.
-    void addVisits(int pair, const std::string& function, const std::vector<StoredVisit>& visits);
+    /// One transaction: the visits of a test by a pair.
+    void addVisits(int pair, const std::vector<StoredVisit>& visits);
     /// All visits in the order of pairs.
     void eachVisit(const std::function<void(int pair, StoredVisit&& visit)>& take);
-    /// Functions that the pair has done.
-    std::set<std::string> functionsDone(int pair);
+    /// Points that the pair has visited.
+    std::set<int> pointsVisited(int pair);
 
+    /// A pair that has visited all it was to visit.
     void addPair(const StoredPair& pair);
     std::vector<StoredPair> pairs();
     /// A function that a side did not live through: the fate of its points that are still open.
