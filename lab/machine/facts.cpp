@@ -58,6 +58,7 @@ Facts machineFacts(int core, const std::string& root) {
     const std::string cpu = root + "/sys/devices/system/cpu/cpu" + std::to_string(core);
     const bool isVirtual =
         (" " + cpuinfoValue(cpuinfo, "flags") + " ").find(" hypervisor ") != std::string::npos;
+    const std::string product = firstLine(root + "/sys/class/dmi/id/product_name");
     const Facts all = {{"processor", cpuinfoValue(cpuinfo, "model name")},
                        {"microcode", cpuinfoValue(cpuinfo, "microcode")},
                        {"kernel", kernelName()},

@@ -17,7 +17,7 @@ using Facts = std::vector<std::pair<std::string, std::string>>;
 /// The whole file; empty if it can't be read.
 std::string fileContent(const std::string& path);
 
-/// Of the machine, and of `core`: processor, kernel, virtual or not, governor, siblings, load.
+/// Of the machine, and of `core`: processor, kernel, hypervisor where there is one, governor, siblings, load.
 Facts machineFacts(int core, const std::string& root = "");
 
 /// Where the process has mapped the files of these names; "" for one that it has not.

@@ -90,17 +90,23 @@ struct Store::Lock {
 
 void Store::LockEnd::operator()(Lock* lock) const { delete lock; }
 
-Store Store::create(const std::string& path, const StoredHead& head) {
-    namespace fs = std::filesystem;
-    LockOwner lock(new Lock(path));
-    if (fs::file_size(path) > 0) {
+void Store::checkPath(const std::string& path) {
+    const bool isThere = std::filesystem::exists(path);
+    const Lock lock(path);
+    if (!isThere) {
+        std::filesystem::remove(path);
+    } else if (std::filesystem::file_size(path) > 0) {
         const auto old = openBase(path, SQLITE_OPEN_READWRITE);
         Statement finished(*old, "SELECT value FROM setting WHERE name = ?");
         if (!finished.with(finishedSetting).row()) {
-            throw std::runtime_error(
-                path + ": holds a comparison that is not finished; resume it, or take another name");
+            throw std::runtime_error(path + ": holds a comparison that is not finished; resume it or take another name");
         }
     }
+}
+
+Store Store::create(const std::string& path, const StoredHead& head) {
+    checkPath(path);
+    LockOwner lock(new Lock(path));
     // in place, as the lock is on the file: its tables go, all of them
     auto base = std::make_unique<Database>(path, SQLITE_OPEN_READWRITE);
     sqlite3_db_config(base->get(), SQLITE_DBCONFIG_RESET_DATABASE, 1, nullptr);

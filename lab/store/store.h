@@ -77,6 +77,8 @@ struct StoredPair {
 
 class Store {
   public:
+    /// std::runtime_error if create() would refuse the path now.
+    static void checkPath(const std::string& path);
     /// A new store that holds `head`. Takes the place of one whose comparison is finished; std::runtime_error
     /// if there is any other file.
     static Store create(const std::string& path, const StoredHead& head);

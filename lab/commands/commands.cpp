@@ -1,0 +1,92 @@
+#include "commands/commands.h"
+
+#include <fmt/core.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <stdexcept>
+
+#include "commands/progress.h"
+#include "compare/comparison.h"
+#include "compare/storedreport.h"
+#include "show/json.h"
+#include "show/table.h"
+
+namespace lab {
+
+namespace {
+
+int complain(const std::string& text, ExitStatus status) {
+    fmt::print(stderr, "metrig-lab: {}\n", text);
+    return status;
+}
+
+/// Runs what may end in one of the known ways.
+int guarded(const std::string& path, const std::function<int()>& work) {
+    try {
+        return work();
+    } catch (const Interrupted&) {
+        return complain("interrupted; \"metrig-lab resume " + path + "\" goes on", exitInterrupted);
+    } catch (const NotComparable& reason) {
+        return complain(std::string("not comparable: ") + reason.what(), exitNotComparable);
+    } catch (const std::exception& reason) {
+        return complain(reason.what(), exitUse);
+    }
+}
+
+int showReport(const Report& report, const Showing& showing) {
+    TableStyle style;
+    style.points = showing.points;
+    style.colours = coloursWanted(isatty(STDOUT_FILENO) != 0, std::getenv("NO_COLOR"));
+    fmt::print("{}", table(report, style));
+    std::fflush(stdout);
+    return exitStatus(report, showing.failOnUnsure);
+}
+
+/// Has the store of a comparison made, runs what is missing and shows all.
+int runComparison(const std::string& path, const Showing& showing,
+                  const std::function<Store(const Watcher&)>& makeStore) {
+    noteInterrupts();
+    return guarded(path, [&] {
+        ProgressLine line(stderr, isatty(STDERR_FILENO) != 0);
+        const Watcher watcher{[&](const Progress& progress) { line.show(progress); },
+                              [&](const std::string& text) { line.say("warning: " + text); },
+                              [&](const std::string& text) { line.say(text); }};
+        Store store = makeStore(watcher);
+        continueComparison(store, watcher);
+        line.clear();
+        return showReport(reportOf(store), showing);
+    });
+}
+
+}  // namespace
+
+int compareCommand(const Settings& settings, const std::string& path, const Showing& showing) {
+    return runComparison(path, showing,
+                         [&](const Watcher& watcher) { return beginComparison(settings, path, watcher); });
+}
+
+int resumeCommand(const std::string& path, const Showing& showing) {
+    return runComparison(path, showing, [&](const Watcher&) { return Store::open(path, true); });
+}
+
+int showCommand(const std::string& path, const Showing& showing) {
+    return guarded(path, [&] {
+        Store store = Store::open(path, false);
+        return showReport(reportOf(store), showing);
+    });
+}
+
+int exportCommand(const std::string& path, const Showing& showing) {
+    return guarded(path, [&] {
+        Store store = Store::open(path, false);
+        const Report report = reportOf(store);
+        const ExitStatus status = exitStatus(report, showing.failOnUnsure);
+        fmt::print("{}", json(report, status));
+        return std::fflush(stdout) == 0 ? 0 : complain("can't write the document", exitUse);
+    });
+}
+
+}  // namespace lab
