@@ -90,6 +90,7 @@ struct Counts {
     int crashed = 0;  ///< of the unsure ones, those at which the new build alone died
 };
 
+void add(Counts& counts, const Point& point);
 Counts count(const std::vector<Point>& points);
 
 /// What a finished comparison ends with.

@@ -15,12 +15,12 @@ enum class Side { older, newer };
 /// time-stamp counter, as read.
 struct Turn {
     Side side = Side::older;
-    int epoch = 0;                    ///< both sides take one turn in each epoch; from 0
-    std::int64_t calls = 1;           ///< in each block
-    std::vector<std::int64_t> ticks;  ///< of each block
-    std::int64_t empty = 0;           ///< ticks of a stretch with nothing in it
-    std::int64_t loop = 0;            ///< ticks of a block whose turns call nothing
-    double seconds = 0;               ///< since the comparison began
+    int epoch = 0;                      ///< both sides take one turn in each epoch; from 0
+    std::int64_t calls = 1;             ///< in each block
+    std::vector<std::int64_t> ticks{};  ///< of each block
+    std::int64_t empty = 0;             ///< ticks of a stretch with nothing in it
+    std::int64_t loop = 0;              ///< ticks of a block whose turns call nothing
+    double seconds = 0;                 ///< since the comparison began
 };
 
 /// What a pair of processes says at one point.

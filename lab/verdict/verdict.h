@@ -37,8 +37,8 @@ std::string_view explanation(Reason reason);
 /// What became of the calls of one build at a point.
 struct Fate {
     int status = 0;  ///< the library's
-    std::string
-        death;  ///< what ended the process or the test ("SIGSEGV", "exit 3", "no answer"); empty: lived
+    /// What ended the process or the test ("SIGSEGV", "exit 3", "no answer"); empty: it lived.
+    std::string death{};
     bool operator==(const Fate&) const = default;
 };
 
@@ -63,7 +63,7 @@ enum class Next { nothing, pairs, fresh };
 struct Decision {
     Verdict verdict = Verdict::unsure;
     Reason reason = Reason::pairs;
-    Interval interval;
+    Interval interval{};
     /// The smallest |log(new / old)| that pairs scattered like these would have shown.
     double smallest = std::numeric_limits<double>::infinity();
     int pairs = 0;            ///< that the interval rests on

@@ -65,7 +65,7 @@ INSTANTIATE_TEST_SUITE_P(
         Rule{"Margin", evenly(40, 0.009, 0.011), {}, unsure, Reason::margin, nothing, 0, {}},
         Rule{"Layout", evenly(40, -0.05, 0.05), {}, unsure, Reason::layout, nothing, 0, {}},
         Rule{"Noise", evenly(40, -0.05, 0.05, shaky), {}, unsure, Reason::noise, nothing, 0, {}},
-        Rule{"Status", evenly(8, 0, 0), {}, unsure, Reason::status, nothing, 0, {.status = -5, .death = ""}},
+        Rule{"Status", evenly(8, 0, 0), {}, unsure, Reason::status, nothing, 0, {.status = -5}},
         Rule{"Crash", {}, {}, unsure, Reason::crash, nothing, 0, {.status = 0, .death = "SIGSEGV"}}),
     [](const auto& row) { return row.param.name; });
 
