@@ -21,9 +21,9 @@ constexpr Zyl64u zyLongestTime = 0x7FFFFFFFFFFFFFFF;
 /// Keeps a turn of a counted loop that would otherwise be optimised away, and orders memory around it.
 ZY_ENTRY void zyKeepTurn() { asm volatile("" ::: "memory"); }
 
-// The two timed stretches are functions of their own: what their callers keep between calls, totals of 64 bits
-// above all, would in 32 bits go through memory around each call of the body. Here nothing lives across a
-// turn but the counter and the start, and those fit into the registers that a call leaves alone.
+// The two timed stretches are functions of their own: what their callers keep between calls, totals of 64
+// bits above all, would in 32 bits go through memory around each call of the body. Here nothing lives across
+// a turn but the counter and the start, and those fit into the registers that a call leaves alone.
 
 /// Ticks of one call, clock reads included; its status into `status`.
 template <int (*Call)()>
