@@ -18,7 +18,8 @@ constexpr const char* labVersion = "1.0";
 constexpr const char* defaultStore = "metrig-lab.db";
 
 constexpr const char* statuses =
-    "Exit status: 0 nothing slower, 1 something slower, 2 wrong use or a file, 3 could not tell (--fail-on unsure),\n"
+    "Exit status: 0 nothing slower, 1 something slower, 2 wrong use or a file, 3 could not tell (--fail-on "
+    "unsure),\n"
     "4 not comparable, 5 the new side crashes where the old does not, 130 interrupted: resume goes on.";
 
 /// What the command line says, as it stands there.
@@ -60,23 +61,28 @@ void addCompare(CLI::App& app, CommandLine& line) {
     CLI::App& command = *app.add_subcommand("compare", "Which functions became slower or faster");
     lab::Settings& settings = line.settings;
     command.add_option("OLD", settings.folders[0], "folder with the three shared objects")->required();
-    command.add_option("NEW", settings.folders[1], "the same of the new build; or the same folder")->required();
+    command.add_option("NEW", settings.folders[1], "the same of the new build; or the same folder")
+        ->required();
     command.add_option("-o,--output", line.store, "what is measured is kept here")->capture_default_str();
-    command.add_option("--old-keys", line.oldKeys, "keys of metrig for the old side alone: --old-keys=-TSSE2");
+    command.add_option("--old-keys", line.oldKeys,
+                       "keys of metrig for the old side alone: --old-keys=-TSSE2");
     command.add_option("--new-keys", line.newKeys, "keys of metrig for the new side alone");
     command.add_option("--margin", line.margin, "differences within it are none (1%)")
         ->check(checkedBy(lab::parseShare));
-    command.add_option("--time", line.time, "longest time: 90s, 10m (10m)")->check(checkedBy(lab::parseSeconds));
+    command.add_option("--time", line.time, "longest time: 90s, 10m (10m)")
+        ->check(checkedBy(lab::parseSeconds));
     command.add_option("--pairs", line.pairs, "fewest and most pairs of processes (8:40)")
         ->check(checkedBy(lab::parsePairs));
     command.add_option("--epochs", settings.shape.epochs, "turns of each side at a point, by each pair")
         ->check(CLI::Range(1, 10000))
         ->capture_default_str();
-    command.add_option("--turn", line.turn, "length of a turn, about (50us)")->check(checkedBy(lab::parseSeconds));
+    command.add_option("--turn", line.turn, "length of a turn, about (50us)")
+        ->check(checkedBy(lab::parseSeconds));
     command.add_option("--blocks", settings.shape.blocks, "blocks of a turn")
         ->check(CLI::Range(1, 1000))
         ->capture_default_str();
-    command.add_option("--core", settings.core, "processor to run on (the quietest)")->check(CLI::NonNegativeNumber);
+    command.add_option("--core", settings.core, "processor to run on (the quietest)")
+        ->check(CLI::NonNegativeNumber);
     command.add_option("--seed", settings.seed, "of all that is random (random)");
     command.add_option("--patience", line.patience, "longest wait for an answer of an instrument (10s)")
         ->check(checkedBy(lab::parseSeconds));
@@ -113,7 +119,8 @@ void apply(CommandLine& line, const std::vector<std::string>& keys) {
     ifGiven(line.margin, [&](const std::string& text) { settings.margin = lab::parseShare(text); });
     ifGiven(line.time, [&](const std::string& text) { settings.seconds = lab::parseSeconds(text); });
     ifGiven(line.patience, [&](const std::string& text) { settings.patience = lab::parseSeconds(text); });
-    ifGiven(line.turn, [&](const std::string& text) { settings.shape.microseconds = lab::parseSeconds(text) * 1e6; });
+    ifGiven(line.turn,
+            [&](const std::string& text) { settings.shape.microseconds = lab::parseSeconds(text) * 1e6; });
     ifGiven(line.pairs, [&](const std::string& text) {
         const auto [fewest, most] = lab::parsePairs(text);
         settings.fewestPairs = fewest;

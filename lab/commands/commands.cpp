@@ -3,10 +3,12 @@
 #include <fmt/core.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <stdexcept>
+#include <vector>
 
 #include "commands/progress.h"
 #include "compare/comparison.h"
@@ -51,13 +53,24 @@ int runComparison(const std::string& path, const Showing& showing,
     noteInterrupts();
     return guarded(path, [&] {
         ProgressLine line(stderr, isatty(STDERR_FILENO) != 0);
-        const Watcher watcher{[&](const Progress& progress) { line.show(progress); },
-                              [&](const std::string& text) { line.say("warning: " + text); },
+        std::vector<std::string> said;
+        const auto warn = [&](const std::string& text) {
+            line.say("warning: " + text);
+            said.push_back(text);
+        };
+        const Watcher watcher{[&](const Progress& progress) { line.show(progress); }, warn,
                               [&](const std::string& text) { line.say(text); }};
         Store store = makeStore(watcher);
         continueComparison(store, watcher);
         line.clear();
-        return showReport(reportOf(store), showing);
+        Report report = reportOf(store);
+        if (isatty(STDERR_FILENO) != 0 && isatty(STDOUT_FILENO) != 0) {
+            // who reads the report has just read these
+            std::erase_if(report.warnings, [&](const std::string& text) {
+                return std::find(said.begin(), said.end(), text) != said.end();
+            });
+        }
+        return showReport(report, showing);
     });
 }
 

@@ -12,7 +12,8 @@ constexpr std::chrono::milliseconds PipeStep(10000);
 }  // namespace
 
 std::string progressText(const Progress& progress) {
-    const std::string left = progress.secondsLeft > 0.0 ? fmt::format(", about {:.0f} s left", progress.secondsLeft) : "";
+    const std::string left =
+        progress.secondsLeft > 0.0 ? fmt::format(", about {:.0f} s left", progress.secondsLeft) : "";
     return fmt::format("pair {} of at most {}, {} of {} points decided{}", progress.pair, progress.mostPairs,
                        progress.closedPoints, progress.points, left);
 }

@@ -1,5 +1,6 @@
-/// Pairs until every point is closed: each pair visits the points that are open, and what it brings decides which
-/// those are. All of that follows from the store alone, so a comparison that was interrupted goes on where it was.
+/// Pairs until every point is closed: each pair visits the points that are open, and what it brings decides
+/// which those are. All of that follows from the store alone, so a comparison that was interrupted goes on
+/// where it was.
 
 #include "compare/comparison.h"
 
@@ -39,8 +40,8 @@ std::chrono::milliseconds patienceOf(const Settings& settings) {
 }
 
 /// A child that someone killed by chance is no reason to give up.
-InstrumentPair startSurely(const std::array<StoredSide, 2>& sides, int mhz, const Settings& settings, int pair,
-                           int start) {
+InstrumentPair startSurely(const std::array<StoredSide, 2>& sides, int mhz, const Settings& settings,
+                           int pair, int start) {
     for (int chance = 1;; ++chance) {
         try {
             return startPair(sides, mhz, patienceOf(settings),
@@ -93,7 +94,8 @@ std::vector<StoredPoint> merged(const Route& older, const Route& newer) {
     for (std::size_t i = 0; i < older.points().size(); ++i) {
         const auto found = newer.find(older.key(i));
         if (found && *found < next) {
-            throw NotComparable("the sides walk their points in different orders, " + older.key(i) + " for one");
+            throw NotComparable("the sides walk their points in different orders, " + older.key(i) +
+                                " for one");
         }
         for (; found && next < *found; ++next) {
             if (older.find(newer.key(next))) {
@@ -128,21 +130,51 @@ void markEqualCode(std::vector<StoredPoint>& points, const std::array<StoredSide
     }
 }
 
-/// Lists the points of a side, and fills in what its instrument tells.
-Route surveySide(Instrument& instrument, const std::vector<std::string>& mapped, StoredSide& side) {
-    side.library = instrument.hello().library;
-    for (std::size_t i = 0; i < side.objects.size(); ++i) {
-        side.objects[i].mapped = mapped[i];
+/// A side as its instrument walks it.
+struct Survey {
+    Route route;
+    std::string lostIn;  ///< function that the walk did not get past; empty: it came to its end
+    std::string loss;
+};
+
+/// Both sides. One that is lost, be it by chance, gets further chances, and what it lists then is all it has.
+std::array<Survey, 2> surveySides(std::array<StoredSide, 2>& sides, int mhz, const Settings& settings) {
+    std::array<Survey, 2> surveys;
+    for (int chance = 1; chance <= ChancesToStart; ++chance) {
+        InstrumentPair pair = startSurely(sides, mhz, settings, SurveyPair, chance * ChancesToStart);
+        bool lost = false;
+        for (std::size_t i = 0; i < 2; ++i) {
+            Instrument& instrument = *pair.side[i];
+            sides[i].library = instrument.hello().library;
+            for (std::size_t object = 0; object < sides[i].objects.size(); ++object) {
+                sides[i].objects[object].mapped = pair.mapped[i][object];
+            }
+            surveys[i] = {Route(survey(instrument)), "", ""};
+            if (instrument.loss()) {
+                surveys[i].lostIn = instrument.lastFunction();
+                surveys[i].loss = instrument.loss()->what;
+                lost = true;
+            }
+            instrument.quit();
+        }
+        if (!lost) {
+            break;
+        }
     }
-    Route route(survey(instrument));
-    if (instrument.loss()) {
-        const std::string words = instrument.lastWords();
-        throw std::runtime_error(side.name + ": the instrument was lost while it listed its points, behind " +
-                                 (route.points().empty() ? "none" : route.key(route.points().size() - 1)) + ": " +
-                                 instrument.loss()->what + (words.empty() ? "" : "\n" + words));
+    return surveys;
+}
+
+/// What is to be kept of a survey that was lost.
+void keepLoss(Store& store, const Survey& survey, std::size_t side, const Watcher& watcher) {
+    if (survey.loss.empty()) {
+        return;
     }
-    instrument.quit();
-    return route;
+    const std::string text = std::string("the instrument of the ") + sideNames[side] +
+                             " side does not get past " +
+                             (survey.lostIn.empty() ? "its start" : survey.lostIn) + " (" + survey.loss +
+                             "): nothing behind it is compared";
+    store.addWarning(text);
+    watcher.warning(text);
 }
 
 /// One run of continueComparison.
@@ -250,7 +282,8 @@ class Run {
         task.seconds = [this] { return seconds(); };
         task.finish = [&](const std::string& function, std::vector<Visit> visits) {
             keep(std::move(visits));
-            std::erase_if(wanted, [&](std::size_t point) { return m_route.points()[point].function == function; });
+            std::erase_if(wanted,
+                          [&](std::size_t point) { return m_route.points()[point].function == function; });
             m_losses.erase(function);
             report();
         };
@@ -263,8 +296,8 @@ class Run {
     void keep(std::vector<Visit> visits) {
         std::vector<StoredVisit> stored;
         for (Visit& visit : visits) {
-            stored.push_back({static_cast<int>(visit.point), m_fresh.contains(visit.point), std::move(visit.turns),
-                              visit.fates});
+            stored.push_back({static_cast<int>(visit.point), m_fresh.contains(visit.point),
+                              std::move(visit.turns), visit.fates});
         }
         m_store.addVisits(m_pair, stored);
         for (const StoredVisit& visit : stored) {
@@ -289,7 +322,8 @@ class Run {
         m_store.addFate(end.function, fates);
         m_evidence.setFate(end.function, fates);
         m_watcher.note(end.function + " loses its instrument (" + words + "), and is left out");
-        std::erase_if(wanted, [&](std::size_t point) { return m_route.points()[point].function == end.function; });
+        std::erase_if(wanted,
+                      [&](std::size_t point) { return m_route.points()[point].function == end.function; });
     }
 
     void warn(const std::string& text) {
@@ -357,10 +391,8 @@ Store beginComparison(const Settings& asked, const std::string& path, const Watc
     waitUntilQuiet(settings, canary, watcher);
     head.machine = machineFacts(settings.core);
     const int mhz = tickMHz();
-    InstrumentPair pair = startSurely(head.sides, mhz, settings, SurveyPair, 0);
-    const Route older = surveySide(*pair.side[0], pair.mapped[0], head.sides[0]);
-    const Route newer = surveySide(*pair.side[1], pair.mapped[1], head.sides[1]);
-    head.points = merged(older, newer);
+    const std::array<Survey, 2> surveys = surveySides(head.sides, mhz, settings);
+    head.points = merged(surveys[0].route, surveys[1].route);
     if (std::none_of(head.points.begin(), head.points.end(),
                      [](const StoredPoint& point) { return point.older && point.newer; })) {
         throw NotComparable("the sides have no point in common");
@@ -372,7 +404,10 @@ Store beginComparison(const Settings& asked, const std::string& path, const Watc
     head.settings = settingTexts(settings);
     head.settings.emplace_back("mhz", std::to_string(mhz));
     head.settings.emplace_back("identical", self ? "yes" : "no");
-    return Store::create(path, head);
+    Store store = Store::create(path, head);
+    keepLoss(store, surveys[0], 0, watcher);
+    keepLoss(store, surveys[1], 1, watcher);
+    return store;
 }
 
 void continueComparison(Store& store, const Watcher& watcher) {

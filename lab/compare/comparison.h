@@ -22,17 +22,17 @@ struct Progress {
 
 /// Whoever watches a comparison.
 struct Watcher {
-    std::function<void(const Progress&)> progress;       ///< after each function and pair
-    std::function<void(const std::string&)> warning;     ///< each one once
-    std::function<void(const std::string&)> note;        ///< what happens now
+    std::function<void(const Progress&)> progress;    ///< after each function and pair
+    std::function<void(const std::string&)> warning;  ///< each one once
+    std::function<void(const std::string&)> note;     ///< what happens now
 };
 
-/// Finds and starts both sides, lists their points and keeps all that in a new store. Interrupted, NotComparable,
-/// or std::runtime_error for wrong files.
+/// Finds and starts both sides, lists their points and keeps all that in a new store. Interrupted,
+/// NotComparable, or std::runtime_error for wrong files.
 Store beginComparison(const Settings& settings, const std::string& path, const Watcher& watcher);
 
-/// Runs the pairs that are missing until all points are closed or the time is over. NotComparable if the files
-/// are others than when the comparison began; Interrupted and std::runtime_error as above.
+/// Runs the pairs that are missing until all points are closed or the time is over. NotComparable if the
+/// files are others than when the comparison began; Interrupted and std::runtime_error as above.
 void continueComparison(Store& store, const Watcher& watcher);
 
 }  // namespace lab

@@ -53,8 +53,8 @@ InstrumentPair startPair(const std::array<StoredSide, 2>& sides, int mhz, std::c
         for (std::size_t object = 0; object < libraryObjects.size(); ++object) {
             const std::string& path = pair.mapped[i][object];
             if (path != copies.folder(static_cast<int>(i)) + "/" + libraryObjects[object]) {
-                throw std::runtime_error(sides[i].instrument + " does not use " + libraryObjects[object] + " of " +
-                                         sides[i].folder + " but " + (path.empty() ? "none" : path));
+                throw std::runtime_error(sides[i].instrument + " does not use " + libraryObjects[object] +
+                                         " of " + sides[i].folder + " but " + (path.empty() ? "none" : path));
             }
         }
     }

@@ -20,8 +20,9 @@ struct InstrumentPair {
     std::array<std::vector<std::string>, 2> mapped;
 };
 
-/// Starts both in random order, on the core this process is bound to, with equal random amounts of environment.
-/// std::runtime_error if one does not start, takes no turns, or has mapped other objects than its copies.
+/// Starts both in random order, on the core this process is bound to, with equal random amounts of
+/// environment. std::runtime_error if one does not start, takes no turns, or has mapped other objects than
+/// its copies.
 InstrumentPair startPair(const std::array<StoredSide, 2>& sides, int mhz, std::chrono::milliseconds patience,
                          Random random);
 

@@ -56,21 +56,6 @@ std::string nameOf(const StoredPoint& point) {
     return name;
 }
 
-/// What became of calls that no verdict tells.
-std::vector<std::string> marksOf(const StoredPoint& stored, const std::array<Fate, 2>& fates) {
-    std::vector<std::string> marks = stored.marks;
-    for (std::size_t side = 0; side < 2; ++side) {
-        const std::string who = side == 0 ? "old" : "new";
-        if (fates[side].status != 0) {
-            marks.push_back(who + " returns status " + std::to_string(fates[side].status));
-        }
-        if (!fates[side].death.empty()) {
-            marks.push_back(who + ": " + fates[side].death);
-        }
-    }
-    return marks;
-}
-
 }  // namespace
 
 Report reportOf(Store& store) {
@@ -101,8 +86,16 @@ Report reportOf(Store& store) {
             continue;
         }
         const auto& fates = evidence.fates(i);
-        Point point{stored.function, stored.parameters, stored.unit, stored.divisor, evidence.decisions()[i], 0.0,
-                    0.0,             fates[0],          fates[1],    marksOf(stored, fates)};
+        Point point{stored.function,
+                    stored.parameters,
+                    stored.unit,
+                    stored.divisor,
+                    evidence.decisions()[i],
+                    0.0,
+                    0.0,
+                    fates[0],
+                    fates[1],
+                    stored.marks};
         setClocks(point, evidence.pairs(i));
         report.points.push_back(std::move(point));
     }

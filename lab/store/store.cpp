@@ -99,7 +99,8 @@ void Store::checkPath(const std::string& path) {
         const auto old = openBase(path, SQLITE_OPEN_READWRITE);
         Statement finished(*old, "SELECT value FROM setting WHERE name = ?");
         if (!finished.with(finishedSetting).row()) {
-            throw std::runtime_error(path + ": holds a comparison that is not finished; resume it or take another name");
+            throw std::runtime_error(
+                path + ": holds a comparison that is not finished; resume it or take another name");
         }
     }
 }

@@ -1,6 +1,6 @@
-/// An instrument that measures nothing: it says the lines of one, with ticks that its "library" tells. That is a
-/// text behind the ELF header of libzyls.so.10 in the first folder of LD_LIBRARY_PATH, a word and a function a
-/// line:
+/// An instrument that measures nothing: it says the lines of one, with ticks that its "library" tells. That
+/// is a text behind the ELF header of libzyls.so.10 in the first folder of LD_LIBRARY_PATH, a word and a
+/// function a line:
 ///   slow F 1.3     a call of F takes so many times its usual ticks
 ///   status F 5     status at each turn
 ///   signal F       the test ends in place of the ticks
@@ -35,7 +35,9 @@ bool asked(const std::string& word, const std::string& function = "") {
     return script.contains(word + " " + function);
 }
 
-std::string valueOf(const std::string& word, const std::string& function) { return script[word + " " + function]; }
+std::string valueOf(const std::string& word, const std::string& function) {
+    return script[word + " " + function];
+}
 
 /// Maps the shared objects, as a loader does, and reads the script.
 void loadLibrary() {
