@@ -90,9 +90,14 @@ long long zyLoopOverhead() {
 template <int (*Call)(), int (*Init)()>
 mrResult zyTimeStat(int* numLoops, long long* ticks, int step, const char* name) {
     zyl_StartCpuClocks();
-    const long long overhead = zyLoopOverhead<Init>();
+    mrBlockTicks* const raw = mrBlockTicks::wanted;
+    const long long overhead = raw == nullptr ? zyLoopOverhead<Init>() : 0;
     zyl_StartCpuClocks();
     const int block = std::max(step, 1);
+    if (raw != nullptr) {
+        int status = 0;
+        raw->bareLoop = zyTimeBlock<zyNoInit, Init>(static_cast<unsigned>(block), status);
+    }
     int done = 0;
     Zyl64u total = 0;
     Zyl64u least = zyLongestTime;
@@ -109,6 +114,12 @@ mrResult zyTimeStat(int* numLoops, long long* ticks, int step, const char* name)
             break;
         }
         done += block;
+        if (raw != nullptr) {
+            raw->blocks.push_back(interval);
+        }
+    }
+    if (raw != nullptr) {
+        raw->status = kept;
     }
     *numLoops = done;
     const long long time = static_cast<long long>(least) / block;

@@ -5,10 +5,12 @@
 #include <cstdio>
 
 #include "output/mrcstream.h"
+#include "output/mrinventory.h"
 #include "output/mristream.h"
 #include "output/mrreport.h"
 #include "output/mrreportformat.h"
 #include "system/mrinfotest.h"
+#include "timing/mrturns.h"
 
 mrSession::~mrSession() {
     for (const mrOption* option : m_options) {
@@ -78,6 +80,21 @@ bool mrSession::sortTests() {
     return true;
 }
 
+namespace {
+
+/// The libraries under test in one line.
+mrString librariesLine() {
+    mrString line;
+    if (g_pLibInfoList != nullptr) {
+        for (const mrString& library : *g_pLibInfoList) {
+            line << (line.empty() ? "" : "; ") << library;
+        }
+    }
+    return line;
+}
+
+}  // namespace
+
 int mrSession::runTests() {
     if (s_parmFunc != nullptr) {
         s_parmFunc();
@@ -93,7 +110,9 @@ int mrSession::runTests() {
         g_pHotList = new mrStringList;
     }
     putTableTitle();
+    g_turns.begin(librariesLine());
     const bool failed = pTestList->runTests(*m_conditions);
+    g_turns.end();
     pTestList->m_date.stop();
     outputFooter();
     return failed ? 1 : 0;

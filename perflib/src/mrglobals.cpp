@@ -9,6 +9,7 @@
 #include "timing/mrfloat.h"
 #include "timing/mrhost.h"
 #include "timing/mrsignal.h"
+#include "timing/mrturns.h"
 #include "zylcore.h"
 
 // Plain words and addresses, valid from the start.
@@ -20,6 +21,8 @@ constinit mrObject subobjectMark;
 
 constinit mrObject* const MEM_OBJECT_IS_BUFFER = &bufferMark;
 constinit mrObject* const MEM_OBJECT_IS_SUBOBJECT = &subobjectMark;
+
+constinit mrBlockTicks* mrBlockTicks::wanted = nullptr;
 
 constinit int mrTool::numIntLoops = 1;
 constinit int mrTool::tResolution = 4;
@@ -71,6 +74,8 @@ mrUStream g_ustrm;
 mrCStream g_mstrm;
 mrIStream g_istrm;
 mrTrace g_trace;
+
+mrTurns g_turns;
 
 tsSignal _g_signal;
 mr87 g_ctrl87;

@@ -24,6 +24,10 @@ class mrTool {
     mrResult timing(FuncOld old);
     mrResult timing(FuncLoop loop, FuncStat stat, FuncCall call, FuncCall init);
 
+    /// `blocks` blocks of `calls` calls through the statistic entry of the last timing(); their raw ticks go to
+    /// mrBlockTicks::wanted.
+    mrResult takeBlocks(int calls, int blocks);
+
     void setMethodAuto() { m_method = MR_METHOD_AUTO; }
     void setMethodLoop(int loops);
     void setMethodStat(int calls, long long clocks);

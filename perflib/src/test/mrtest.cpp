@@ -12,6 +12,7 @@
 #include "timing/mrfloat.h"
 #include "timing/mrpriority.h"
 #include "timing/mrsignal.h"
+#include "timing/mrturns.h"
 
 namespace {
 
@@ -183,6 +184,7 @@ void mrTest::finish() {
         g_ustrm.sync();
     });
     mrTraced("endTest", [this] { endTest(); });
+    g_turns.endTest(m_name, mrResultWord(m_result));
 }
 
 bool mrTest::setIniSection(mrString name) {
@@ -234,7 +236,7 @@ void mrTest::loopData() {
         m_first = false;
         measureCombination(constantsOpen);
         mrTraced("flushData", [this] { flushData(); });
-    } while (!mrIsFail(m_currentResult) && !tsSignal::stopAsked());
+    } while (!mrIsFail(m_currentResult) && !tsSignal::stopAsked() && !g_turns.leavesTest());
     closeTable();
 }
 
@@ -258,6 +260,10 @@ void mrTest::measureCombination(bool& constantsOpen) {
     }
     if (m_hot == 2 && !isHotLine()) {
         g_ostrm << "  measuring is omitted: not hot line\n";
+        return;
+    }
+    if (g_turns.driven()) {
+        raiseResult(countedResult(takeTurns()));
         return;
     }
     const mrResult result = timeCombination();

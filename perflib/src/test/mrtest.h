@@ -98,6 +98,9 @@ class mrTest {
     virtual void outputRegInfo();
     /// Lists all data blocks; returns their number.
     virtual int printAllMemoryBlocks(mrString title);
+    /// The combination in the hands of a driver, test/mrtestturns.cpp. The result is that of the control
+    /// status and the library.
+    mrResult takeTurns();
     /// For tests that compute their own figure.
     void setTimingResult(double clocks, mrString comment);
 

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <vector>
+
 #include "timing/mrresult.h"
+#include "zyltypes.h"
 
 class mrTool;
 
@@ -15,3 +18,12 @@ using FuncStat = mrResult (*)(int* numCalls, long long* clocks, int numIntLoops)
 using FuncCall = int (*)();
 /// Measures by itself and leaves raw clocks in the tool.
 using FuncOld = mrResult (*)(mrTool& tool, int numLoops);
+
+/// The raw ticks behind the figure of a statistic entry. Entries fill it between blocks.
+struct mrBlockTicks {
+    std::vector<Zyl64u> blocks;  ///< in the order of time
+    Zyl64u bareLoop = 0;         ///< of as many turns as a block has calls
+    int status = 0;              ///< the last one that was not 0
+
+    static mrBlockTicks* wanted;  ///< null, or where they go
+};

@@ -91,6 +91,14 @@ mrResult mrTool::callEntry(int& n, double least, bool prior) {
     return m_funcCall != nullptr ? timCall_Loop(n, &m_numClocks, false) : mrInternalFail(RunLine);
 }
 
+mrResult mrTool::takeBlocks(int calls, int blocks) {
+    int count = calls * blocks;
+    long long least = 0;
+    const mrResult result = watchedCall([&] { return m_funcStat(&count, &least, calls); });
+    updateResult(result);
+    return result;
+}
+
 void mrTool::runTimFuncStat(long long clocks, int* numCalls, double* funcClocks) {
     mrResult result = MR_NOT_RUN;
     if (m_setAndUse) {
