@@ -4,10 +4,18 @@
 
 namespace lab {
 
+namespace {
+
+/// Visits without a turn after which no further one is made: the library refuses the point on both sides,
+/// say.
+constexpr int MostBarren = 2;
+
+}  // namespace
+
 EvidenceTable::EvidenceTable(const std::vector<StoredPoint>& points, const Plan& plan, double margin)
     : m_decisions(points.size()), m_plan(plan), m_margin(margin) {
     for (const StoredPoint& point : points) {
-        m_points.push_back({point.function, point.older && point.newer, {}, {}, {}});
+        m_points.push_back({point.function, point.older && point.newer, {}, {}, 0, {}});
     }
 }
 
@@ -20,6 +28,8 @@ void EvidenceTable::add(const StoredVisit& visit) {
     }
     if (const auto pair = pairOf(visit.turns)) {
         (visit.fresh ? known.fresh : known.pairs).push_back(*pair);
+    } else {
+        ++known.barren;
     }
 }
 
@@ -37,6 +47,9 @@ void EvidenceTable::decideAll() {
             const Known& known = m_points[i];
             m_decisions[i] =
                 decide({known.pairs, known.fresh, known.fates[0], known.fates[1]}, m_plan, m_margin);
+            if (known.barren >= MostBarren) {
+                m_decisions[i].next = Next::nothing;
+            }
         }
     }
 }

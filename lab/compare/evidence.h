@@ -45,6 +45,7 @@ class EvidenceTable {
         bool compared = false;
         std::vector<Pair> pairs;
         std::vector<Pair> fresh;
+        int barren = 0;  ///< visits without a turn of both sides
         std::array<Fate, 2> fates;
     };
 

@@ -77,7 +77,7 @@ std::optional<Message> ticks(Words words) {
     TicksMessage message;
     const auto empty = number<long long>(words.next());
     const auto loop = number<long long>(words.next());
-    if (!empty || !loop || words.atEnd()) {
+    if (!empty || !loop) {
         return std::nullopt;
     }
     message.empty = *empty;

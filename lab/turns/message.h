@@ -34,9 +34,9 @@ struct PointMessage {
 
 /// Ticks of one turn.
 struct TicksMessage {
-    long long empty = 0;  ///< of a stretch with nothing in it
-    long long loop = 0;   ///< of the bare loop of as many calls as a block has
-    std::vector<long long> blocks;
+    long long empty = 0;            ///< of a stretch with nothing in it
+    long long loop = 0;             ///< of the bare loop of as many calls as a block has
+    std::vector<long long> blocks;  ///< fewer than asked for after a negative status
 };
 
 /// The library's status, when it is not 0.

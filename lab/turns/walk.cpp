@@ -8,6 +8,8 @@ namespace lab {
 namespace {
 
 constexpr int WarmBlocks = 3;
+/// An instrument takes no more in a block.
+constexpr double MostCalls = 1e6;
 
 /// A test that ended because of the library's status.
 const char* const failedByStatus = "FUNCFAIL";
@@ -157,7 +159,9 @@ class PairWalk {
         if (take.status != 0) {
             visit.fates[side].status = take.status;
         }
-        return std::move(take.ticks);
+        // a negative status ends the taking
+        return take.ticks.blocks.empty() || take.status < 0 ? std::nullopt
+                                                            : std::optional(std::move(take.ticks));
     }
 
     void takeTurns(Visit& visit) {
@@ -242,7 +246,7 @@ TurnSize turnSize(const TurnShape& shape, double ticksOfCall, int mhz) {
     const double callsOfTurn = shape.microseconds * mhz / ticksOfCall;
     const double callsOfBlock = std::floor(callsOfTurn / shape.blocks);
     if (callsOfBlock > 1.0) {
-        return {static_cast<long long>(callsOfBlock), shape.blocks};
+        return {static_cast<long long>(std::min(callsOfBlock, MostCalls)), shape.blocks};
     }
     return {1, std::clamp(static_cast<int>(std::min(callsOfTurn, 1e6)), 1, shape.blocks)};
 }

@@ -65,13 +65,17 @@ class MadeSystem : public testing::Test {
 };
 
 TEST_F(MadeSystem, Facts) {
-    put("/proc/cpuinfo", "processor\t: 0\nmodel name\t: Fine One\nflags\t\t: fpu hypervisor sse2\nmodel\t\t: 1\n");
+    put("/proc/cpuinfo",
+        "processor\t: 0\nmodel name\t: Fine One\nflags\t\t: fpu hypervisor sse2\nmodel\t\t: 1\n");
     put("/sys/devices/system/cpu/cpu1/topology/thread_siblings_list", "0-1\n");
     put("/sys/devices/system/cpu/cpu1/cpufreq/scaling_governor", "powersave\n");
     Facts facts = machineFacts(1, m_root);
     std::erase_if(facts, [](const auto& fact) { return fact.first == "kernel"; });
-    const Facts expected = {{"processor", "Fine One"}, {"hypervisor", "unknown"}, {"core", "1"},
-                            {"siblings", "0-1"},       {"governor", "powersave"}};
+    const Facts expected = {{"processor", "Fine One"},
+                            {"hypervisor", "unknown"},
+                            {"core", "1"},
+                            {"siblings", "0-1"},
+                            {"governor", "powersave"}};
     EXPECT_EQ(facts, expected);
 }
 

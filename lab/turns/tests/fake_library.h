@@ -4,6 +4,8 @@
 
 #include <elf.h>
 
+#include <gtest/gtest.h>
+
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -24,7 +26,8 @@ class TestFolder {
     std::string path(const std::string& name) const { return m_path + "/" + name; }
 
     /// A library in it; returns its path.
-    std::string library(const std::string& name, const std::string& script, unsigned char bits = ELFCLASS64) const {
+    std::string library(const std::string& name, const std::string& script,
+                        unsigned char bits = ELFCLASS64) const {
         Elf64_Ehdr header{};
         std::memcpy(header.e_ident, ELFMAG, SELFMAG);
         header.e_ident[EI_CLASS] = bits;

@@ -10,7 +10,8 @@ TEST(Message, LinesOfAnInstrument) {
     EXPECT_EQ(hello.version, 1);
     EXPECT_EQ(hello.mhz, 2600);
     EXPECT_EQ(hello.library, "zyls, 10.0, SSE2");
-    const auto point = std::get<PointMessage>(parseMessage("point f_8u e 4096.5 Len=8 Text=a%20%3d%0A Empty=").value());
+    const auto point =
+        std::get<PointMessage>(parseMessage("point f_8u e 4096.5 Len=8 Text=a%20%3d%0A Empty=").value());
     EXPECT_EQ(point.function, "f_8u");
     EXPECT_EQ(point.unit, "e");
     EXPECT_EQ(point.divisor, 4096.5);
@@ -27,11 +28,31 @@ TEST(Message, LinesOfAnInstrument) {
 }
 
 TEST(Message, OtherLinesAreNone) {
-    for (const char* line :
-         {"", "end ", "ends", "point", "point f", "point f e", "point f e x", "point f e 1 Len", "point f e 1  ",
-          "point f e 1 Len=%2", "point f e 1 Len=%zz", "point  e 1", "ticks", "ticks 1", "ticks 1 2",
-          "ticks 1 2 x", "ticks 1 2 -3", "ticks 1 2 3 ", "ticks 99999999999999999999 1 1", "status", "status x",
-          "status 1 2", "metrig-turns", "metrig-turns x", "tick 1 2 3"}) {
+    for (const char* line : {"",
+                             "end ",
+                             "ends",
+                             "point",
+                             "point f",
+                             "point f e",
+                             "point f e x",
+                             "point f e 1 Len",
+                             "point f e 1  ",
+                             "point f e 1 Len=%2",
+                             "point f e 1 Len=%zz",
+                             "point  e 1",
+                             "ticks",
+                             "ticks 1",
+                             "ticks 1 2 ",
+                             "ticks 1 2 x",
+                             "ticks 1 2 -3",
+                             "ticks 1 2 3 ",
+                             "ticks 99999999999999999999 1 1",
+                             "status",
+                             "status x",
+                             "status 1 2",
+                             "metrig-turns",
+                             "metrig-turns x",
+                             "tick 1 2 3"}) {
         EXPECT_FALSE(parseMessage(line)) << line;
     }
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include <cmath>
 #include <fstream>
 #include <map>
 
@@ -13,7 +14,8 @@ namespace {
 
 using std::chrono::milliseconds;
 
-std::unique_ptr<Instrument> instrument(const std::string& library, milliseconds patience = milliseconds(10000)) {
+std::unique_ptr<Instrument> instrument(const std::string& library,
+                                       milliseconds patience = milliseconds(10000)) {
     return std::make_unique<Instrument>(ChildStart{LAB_FAKE_INSTRUMENT, {}, {"LD_LIBRARY_PATH=" + library}},
                                         patience);
 }
@@ -82,16 +84,15 @@ TEST_P(Faults, AreNamedAndTheWalkEndsOrGoesOn) {
     EXPECT_EQ(functions, GetParam().functions);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, Faults,
-    testing::Values(Fault{"exit F2 3", "exited with status 3", {}, "F1 "},
-                    Fault{"abort F2", "killed by signal 6 (Aborted)", {}, "F1 "},
-                    Fault{"kill F2", "killed by signal 9 (Killed)", {}, "F1 "},
-                    Fault{"smash F2", "killed by signal 6 (Aborted)", {}, "F1 "},
-                    Fault{"hang F2", "no answer", {}, "F1 "},
-                    Fault{"nonsense F2", "says \"tick tock\"", {}, "F1 "},
-                    Fault{"signal F2", "", {0, "EXCPTFAIL"}, "F1 F2 F3 "},
-                    Fault{"status F2 -5", "", {-5, ""}, "F1 F2 F3 "}));
+INSTANTIATE_TEST_SUITE_P(Rows, Faults,
+                         testing::Values(Fault{"exit F2 3", "exited with status 3", {}, "F1 "},
+                                         Fault{"abort F2", "killed by signal 6 (Aborted)", {}, "F1 "},
+                                         Fault{"kill F2", "killed by signal 9 (Killed)", {}, "F1 "},
+                                         Fault{"smash F2", "killed by signal 6 (Aborted)", {}, "F1 "},
+                                         Fault{"hang F2", "no answer", {}, "F1 "},
+                                         Fault{"nonsense F2", "says \"tick tock\"", {}, "F1 "},
+                                         Fault{"signal F2", "", {0, "EXCPTFAIL"}, "F1 F2 F3 "},
+                                         Fault{"status F2 -5", "", {-5, ""}, "F1 F2 F3 "}));
 
 TEST(Instrument, ThatTakesNoTurnsIsRefused) {
     const TestFolder folder;
@@ -163,7 +164,8 @@ TEST(LibraryCopies, VanishAlsoWhenTheirOwnerWasKilled) {
         EXPECT_TRUE(std::filesystem::exists(kept));
     }
     EXPECT_FALSE(std::filesystem::exists(kept));
-    const std::string abandoned = std::filesystem::path(kept).parent_path().parent_path() / "metrig-lab-killed";
+    const std::string abandoned =
+        std::filesystem::path(kept).parent_path().parent_path() / "metrig-lab-killed";
     std::filesystem::create_directory(abandoned);
     const LibraryCopies copies({library, library}, random);
     EXPECT_FALSE(std::filesystem::exists(abandoned));
