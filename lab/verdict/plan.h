@@ -18,9 +18,9 @@ struct Look {
 
 /// The looks of a comparison. Ranks depend on the number of points, since every point is a chance to err.
 struct Plan {
-    std::vector<Look> looks;       ///< at the pairs that walk all open points
-    std::vector<Look> confirming;  ///< at the fresh pairs of a point that seems to differ
-    double family = 0;             ///< no true difference anywhere: a bound on the probability of saying one
+    std::vector<Look> looks{};       ///< at the pairs that walk all open points
+    std::vector<Look> confirming{};  ///< at the fresh pairs of a point that seems to differ
+    double family = 0;  ///< no true difference anywhere: a bound on the probability of saying one
 };
 
 inline constexpr std::array<int, 6> usualLooks{8, 12, 16, 24, 32, 40};
