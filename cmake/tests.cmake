@@ -109,6 +109,6 @@ add_executable(metrig-page ${page_suite} perf/p_common.cpp ${main_source})
 target_include_directories(metrig-page PRIVATE perf)
 target_link_libraries(metrig-page PRIVATE perflib ${ZYL_LIBRARIES} metrig_warnings)
 add_test(NAME metrig_page
-    COMMAND ${CMAKE_COMMAND} -DPAGE=${page} "-DPROGRAM=${METRIG_EMULATOR} $<TARGET_FILE:metrig-page>"
+    COMMAND ${CMAKE_COMMAND} -DPAGE=${page} -DEMULATOR=${METRIG_EMULATOR} -DPROGRAM=$<TARGET_FILE:metrig-page>
             -DFOLDER=${CMAKE_BINARY_DIR}/page -P ${CMAKE_SOURCE_DIR}/tests/run/page_test.cmake)
 set_tests_properties(metrig_page PROPERTIES TIMEOUT 60 RESOURCE_LOCK measuring)

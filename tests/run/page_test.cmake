@@ -1,5 +1,5 @@
-# Runs PROGRAM, the suite of PAGE, with the arguments that the page gives, its files in FOLDER: the table must be
-# the one on the page, figures aside.
+# Runs PROGRAM, the suite of PAGE, behind EMULATOR with the arguments that the page gives, its files in FOLDER:
+# the table must be the one on the page, figures aside.
 
 # The table's rows in `text`, without what differs from run to run. A row without a figure keeps its sign for none.
 function(rows_without_figures text rows)
@@ -14,7 +14,7 @@ if(NOT page MATCHES "\nscript/run ([^\n]*-r([a-z]+) [^\n]*)")
 endif()
 set(table ${FOLDER}/${CMAKE_MATCH_2}.csv)
 file(MAKE_DIRECTORY ${FOLDER})
-execute_process(COMMAND sh -c "exec ${PROGRAM} ${CMAKE_MATCH_1} '-l${FOLDER}'" OUTPUT_VARIABLE output
+execute_process(COMMAND sh -c "exec ${EMULATOR} '${PROGRAM}' ${CMAKE_MATCH_1} '-l${FOLDER}'" OUTPUT_VARIABLE output
                 COMMAND_ERROR_IS_FATAL ANY)
 file(READ ${table} text)
 rows_without_figures("${text}" measured)
