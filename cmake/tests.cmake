@@ -93,3 +93,18 @@ if(TARGET run_tests)
         "else()\n  add_test(run_tests_NOT_BUILT run_tests_NOT_BUILT)\nendif()\n")
     set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${CMAKE_BINARY_DIR}/run_tests.cmake)
 endif()
+
+# The suite that docs/writing-a-suite.md builds, from the page itself. It runs as the page runs it, and has to give
+# the page's table but for figures.
+set(page ${CMAKE_SOURCE_DIR}/docs/writing-a-suite.md)
+set(page_suite ${CMAKE_BINARY_DIR}/page_suite.cpp)
+set(cut_blocks ${CMAKE_SOURCE_DIR}/cmake/cut_blocks.cmake)
+add_custom_command(OUTPUT ${page_suite} VERBATIM DEPENDS ${page} ${cut_blocks}
+    COMMAND ${CMAKE_COMMAND} -DPAGE=${page} -DSOURCE=${page_suite} -P ${cut_blocks})
+add_executable(metrig-page ${page_suite} perf/p_common.cpp ${main_source})
+target_include_directories(metrig-page PRIVATE perf)
+target_link_libraries(metrig-page PRIVATE perflib ${ZYL_LIBRARIES} metrig_warnings)
+add_test(NAME metrig_page
+    COMMAND ${CMAKE_COMMAND} -DPAGE=${page} -DEMULATOR=${METRIG_EMULATOR} -DPROGRAM=$<TARGET_FILE:metrig-page>
+            -DFOLDER=${CMAKE_BINARY_DIR}/page -P ${CMAKE_SOURCE_DIR}/tests/run/page_test.cmake)
+set_tests_properties(metrig_page PROPERTIES TIMEOUT 60 RESOURCE_LOCK measuring)

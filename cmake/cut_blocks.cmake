@@ -1,0 +1,17 @@
+# Writes to SOURCE the C++ blocks of page PAGE, one below the other.
+
+set(fence "\n```cpp\n")
+string(LENGTH "${fence}" fence_length)
+set(source "")
+file(READ ${PAGE} rest)
+string(FIND "${rest}" "${fence}" start)
+while(NOT start EQUAL -1)
+    math(EXPR start "${start} + ${fence_length}")
+    string(SUBSTRING "${rest}" ${start} -1 rest)
+    string(FIND "${rest}" "```" length)
+    string(SUBSTRING "${rest}" 0 ${length} block)
+    string(APPEND source "${block}\n")
+    string(SUBSTRING "${rest}" ${length} -1 rest)
+    string(FIND "${rest}" "${fence}" start)
+endwhile()
+file(WRITE ${SOURCE} "${source}")
