@@ -62,9 +62,7 @@ Facts machineFacts(int core, const std::string& root) {
     const Facts all = {{"processor", cpuinfoValue(cpuinfo, "model name")},
                        {"microcode", cpuinfoValue(cpuinfo, "microcode")},
                        {"kernel", kernelName()},
-                       {"virtual", cpuinfo.empty() ? ""
-                                   : isVirtual     ? "yes"
-                                                   : "no"},
+                       {"hypervisor", isVirtual ? (product.empty() ? "unknown" : product) : ""},
                        {"core", std::to_string(core)},
                        {"siblings", firstLine(cpu + "/topology/thread_siblings_list")},
                        {"governor", firstLine(cpu + "/cpufreq/scaling_governor")},

@@ -338,7 +338,8 @@ std::string Store::setting(const std::string& name) {
 
 void Store::finish() {
     setSetting(finishedSetting, "yes");
-    m_base->run("PRAGMA journal_mode = DELETE");
+    // who reads the store just now keeps the file beside it; it is right all the same
+    sqlite3_exec(m_base->get(), "PRAGMA journal_mode = DELETE", nullptr, nullptr, nullptr);
 }
 
 }  // namespace lab

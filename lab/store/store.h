@@ -112,7 +112,7 @@ class Store {
     /// Empty for one that is not there.
     std::string setting(const std::string& name);
 
-    /// All is in the one file, and the comparison is said to be finished.
+    /// The comparison is said to be finished, and all is in the one file unless others read it just now.
     void finish();
 
   private:

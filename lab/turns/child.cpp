@@ -120,7 +120,6 @@ void noteInterrupts() {
         action.sa_handler = noteInterrupt;
         sigaction(signal, &action, nullptr);
     }
-    std::signal(SIGPIPE, SIG_IGN);
 }
 
 void throwIfInterrupted() {
@@ -131,6 +130,7 @@ void throwIfInterrupted() {
 
 Child::Child(const ChildStart& start, std::chrono::milliseconds patience) : m_patience(patience) {
     throwIfInterrupted();
+    std::signal(SIGPIPE, SIG_IGN);  // what is said to a child that is gone is noticed by its answer
     Pipe to;
     Pipe from;
     Pipe console;

@@ -35,7 +35,10 @@ TEST(TurnCode, RefusesWhatIsCut) {
 
 class Stores : public testing::Test {
   protected:
-    void SetUp() override { ASSERT_NE(mkdtemp(m_folder.data()), nullptr); }
+    void SetUp() override {
+        ASSERT_NE(mkdtemp(m_folder.data()), nullptr);
+        m_path = m_folder + "/run.db";
+    }
     void TearDown() override { std::filesystem::remove_all(m_folder); }
 
     static StoredHead head() {
@@ -51,7 +54,7 @@ class Stores : public testing::Test {
     }
 
     std::string m_folder = testing::TempDir() + "store_XXXXXX";
-    std::string m_path = m_folder + "/run.db";
+    std::string m_path;
 };
 
 TEST_F(Stores, GiveBackWhatWasKept) {
