@@ -397,13 +397,12 @@ Store beginComparison(const Settings& asked, const std::string& path, const Watc
                      [](const StoredPoint& point) { return point.older && point.newer; })) {
         throw NotComparable("the sides have no point in common");
     }
-    const bool self = isSelfComparison(head.sides);
-    if (!self) {
+    if (!areSameObjects(head.sides)) {
         markEqualCode(head.points, head.sides);
     }
     head.settings = settingTexts(settings);
     head.settings.emplace_back("mhz", std::to_string(mhz));
-    head.settings.emplace_back("identical", self ? "yes" : "no");
+    head.settings.emplace_back("identical", isSelfComparison(head.sides) ? "yes" : "no");
     Store store = Store::create(path, head);
     keepLoss(store, surveys[0], 0, watcher);
     keepLoss(store, surveys[1], 1, watcher);

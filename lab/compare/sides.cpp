@@ -78,11 +78,14 @@ std::array<StoredSide, 2> findSides(const Settings& settings) {
     return sides;
 }
 
-bool isSelfComparison(const std::array<StoredSide, 2>& sides) {
+bool areSameObjects(const std::array<StoredSide, 2>& sides) {
     const auto same = [](const StoredObject& a, const StoredObject& b) { return a.sha256 == b.sha256; };
-    return sides[0].keys == sides[1].keys &&
-           std::equal(sides[0].objects.begin(), sides[0].objects.end(), sides[1].objects.begin(),
+    return std::equal(sides[0].objects.begin(), sides[0].objects.end(), sides[1].objects.begin(),
                       sides[1].objects.end(), same);
+}
+
+bool isSelfComparison(const std::array<StoredSide, 2>& sides) {
+    return areSameObjects(sides) && sides[0].keys == sides[1].keys;
 }
 
 std::vector<std::string> functionsOfEqualCode(const std::array<StoredSide, 2>& sides,

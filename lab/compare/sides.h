@@ -18,7 +18,9 @@ struct NotComparable : std::runtime_error {
 /// no instrument of their width is built; NotComparable for objects of different widths.
 std::array<StoredSide, 2> findSides(const Settings& settings);
 
-/// Whether both sides are the same to the byte and get the same keys.
+/// Whether both sides are the same to the byte.
+bool areSameObjects(const std::array<StoredSide, 2>& sides);
+/// Whether they also get the same keys.
 bool isSelfComparison(const std::array<StoredSide, 2>& sides);
 
 /// Functions whose code is the same to the byte on both sides, of those named.

@@ -11,6 +11,11 @@
 
 namespace lab {
 
+/// A value that is bytes, not text.
+struct Bytes {
+    std::string_view bytes;
+};
+
 class Database {
   public:
     /// `flags` as sqlite3_open_v2 takes them.
@@ -67,6 +72,9 @@ class Statement {
     void bind(int at, bool value) { check(sqlite3_bind_int64(m_statement, at, value ? 1 : 0)); }
     void bind(int at, double value) { check(sqlite3_bind_double(m_statement, at, value)); }
     void bind(int at, std::string_view value);
+    void bind(int at, Bytes value) {
+        check(sqlite3_bind_blob64(m_statement, at, value.bytes.data(), value.bytes.size(), SQLITE_TRANSIENT));
+    }
     void bind(int at, const std::string& value) { bind(at, std::string_view(value)); }
     void bind(int at, const char* value) { bind(at, std::string_view(value)); }
     void check(int result) const;

@@ -35,11 +35,10 @@ CREATE TABLE mark(point INTEGER NOT NULL, position INTEGER NOT NULL, text TEXT N
                   PRIMARY KEY(point, position)) WITHOUT ROWID;
 CREATE TABLE pair(pair INTEGER PRIMARY KEY, seconds REAL NOT NULL, busyness REAL NOT NULL, steal REAL NOT NULL,
                   load REAL NOT NULL);
--- turns: per turn epoch * 2 + side, calls, empty, loop, microseconds, number of blocks, ticks of each; numbers of
--- seven bits a byte, signed ones as 2n or -2n-1, all but the first and the number of blocks are signed
-CREATE TABLE visit(pair INTEGER NOT NULL, point INTEGER NOT NULL, fresh INTEGER NOT NULL, turns BLOB NOT NULL,
+-- turns as turncode.h tells
+CREATE TABLE visit(visit INTEGER PRIMARY KEY, pair INTEGER NOT NULL, point INTEGER NOT NULL, fresh INTEGER NOT NULL,
                    older_status INTEGER NOT NULL, older_death TEXT NOT NULL, newer_status INTEGER NOT NULL,
-                   newer_death TEXT NOT NULL, PRIMARY KEY(pair, point)) WITHOUT ROWID;
+                   newer_death TEXT NOT NULL, turns BLOB NOT NULL, UNIQUE(pair, point));
 CREATE TABLE fate(function TEXT PRIMARY KEY, older_status INTEGER NOT NULL, older_death TEXT NOT NULL,
                   newer_status INTEGER NOT NULL, newer_death TEXT NOT NULL) WITHOUT ROWID;
 CREATE TABLE verdict(point INTEGER PRIMARY KEY, verdict TEXT NOT NULL, reason TEXT NOT NULL, low REAL, middle REAL,
@@ -237,11 +236,14 @@ StoredHead Store::head() {
 
 void Store::addVisits(int pair, const std::vector<StoredVisit>& visits) {
     Transaction transaction(*m_base);
-    Statement insert(*m_base, "INSERT INTO visit VALUES(?, ?, ?, ?, ?, ?, ?, ?)");
+    Statement insert(*m_base,
+                     "INSERT INTO visit(pair, point, fresh, turns, older_status, older_death, "
+                     "newer_status, newer_death) VALUES(?, ?, ?, ?, ?, ?, ?, ?)");
     for (const StoredVisit& visit : visits) {
+        const std::string turns = encodeTurns(visit.turns);
         insert
-            .with(pair, visit.point, visit.fresh, encodeTurns(visit.turns), visit.fates[0].status,
-                  visit.fates[0].death, visit.fates[1].status, visit.fates[1].death)
+            .with(pair, visit.point, visit.fresh, Bytes{turns}, visit.fates[0].status, visit.fates[0].death,
+                  visit.fates[1].status, visit.fates[1].death)
             .run();
     }
     transaction.commit();

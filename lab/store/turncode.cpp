@@ -14,8 +14,21 @@ void putNumber(std::string& bytes, std::uint64_t number) {
     bytes.push_back(static_cast<char>(number));
 }
 
-void putSigned(std::string& bytes, std::int64_t number) {
-    putNumber(bytes, (static_cast<std::uint64_t>(number) << 1) ^ static_cast<std::uint64_t>(number >> 63));
+/// What the next turn's numbers are counted from.
+struct Numbers {
+    std::int64_t calls = 0;
+    std::int64_t empty = 0;
+    std::int64_t loop = 0;
+    std::int64_t microseconds = 0;
+    std::int64_t ticks = 0;
+};
+
+/// From `last`, which becomes `number`. In 64 bits that wrap.
+void putStep(std::string& bytes, std::int64_t& last, std::int64_t number) {
+    const auto step =
+        static_cast<std::int64_t>(static_cast<std::uint64_t>(number) - static_cast<std::uint64_t>(last));
+    putNumber(bytes, (static_cast<std::uint64_t>(step) << 1) ^ static_cast<std::uint64_t>(step >> 63));
+    last = number;
 }
 
 class Reader {
@@ -42,9 +55,11 @@ class Reader {
         return 0;
     }
 
-    std::int64_t signedNumber() {
+    std::int64_t step(std::int64_t& last) {
         const std::uint64_t value = number();
-        return static_cast<std::int64_t>(value >> 1) ^ -static_cast<std::int64_t>(value & 1);
+        const std::uint64_t step = (value >> 1) ^ (~(value & 1) + 1);
+        last = static_cast<std::int64_t>(static_cast<std::uint64_t>(last) + step);
+        return last;
     }
 
   private:
@@ -57,15 +72,16 @@ class Reader {
 
 std::string encodeTurns(std::span<const Turn> turns) {
     std::string bytes;
+    Numbers last;
     for (const Turn& turn : turns) {
         putNumber(bytes, static_cast<std::uint64_t>(turn.epoch) << 1 | (turn.side == Side::newer ? 1 : 0));
-        putSigned(bytes, turn.calls);
-        putSigned(bytes, turn.empty);
-        putSigned(bytes, turn.loop);
-        putSigned(bytes, std::llround(turn.seconds * 1e6));
+        putStep(bytes, last.calls, turn.calls);
+        putStep(bytes, last.empty, turn.empty);
+        putStep(bytes, last.loop, turn.loop);
+        putStep(bytes, last.microseconds, std::llround(turn.seconds * 1e6));
         putNumber(bytes, turn.ticks.size());
         for (const std::int64_t ticks : turn.ticks) {
-            putSigned(bytes, ticks);
+            putStep(bytes, last.ticks, ticks);
         }
     }
     return bytes;
@@ -74,21 +90,22 @@ std::string encodeTurns(std::span<const Turn> turns) {
 std::optional<std::vector<Turn>> decodeTurns(std::string_view bytes) {
     Reader reader(bytes);
     std::vector<Turn> turns;
+    Numbers last;
     while (reader.good() && !reader.atEnd()) {
         Turn turn;
         const std::uint64_t head = reader.number();
         turn.side = (head & 1) != 0 ? Side::newer : Side::older;
         turn.epoch = static_cast<int>(head >> 1);
-        turn.calls = reader.signedNumber();
-        turn.empty = reader.signedNumber();
-        turn.loop = reader.signedNumber();
-        turn.seconds = static_cast<double>(reader.signedNumber()) * 1e-6;
+        turn.calls = reader.step(last.calls);
+        turn.empty = reader.step(last.empty);
+        turn.loop = reader.step(last.loop);
+        turn.seconds = static_cast<double>(reader.step(last.microseconds)) * 1e-6;
         const std::uint64_t blocks = reader.number();
         if (!reader.good() || blocks > reader.left()) {
             return std::nullopt;
         }
         for (std::uint64_t i = 0; i < blocks; ++i) {
-            turn.ticks.push_back(reader.signedNumber());
+            turn.ticks.push_back(reader.step(last.ticks));
         }
         turns.push_back(std::move(turn));
     }

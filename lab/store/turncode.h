@@ -10,8 +10,10 @@
 
 namespace lab {
 
-/// The turns of a pair at a point as bytes: numbers of seven bits a byte, least first, the top bit where more
-/// follow; signed ones as 2n or -2n-1; times in microseconds.
+/// The turns of a pair at a point as bytes. Of each turn: twice the epoch, one more for the new side; calls,
+/// empty, loop, microseconds; the number of blocks, the ticks of each. All but the first and the number of
+/// blocks are steps from the same number of the turn before, those of ticks from the block before; a step s
+/// is 2s, or -2s-1 below 0. Numbers have seven bits a byte, least first, the top bit where more follow.
 std::string encodeTurns(std::span<const Turn> turns);
 
 /// Nothing if the bytes are none that encodeTurns gives.
