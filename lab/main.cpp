@@ -4,6 +4,8 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstdio>
+#include <exception>
 #include <functional>
 #include <random>
 #include <string>
@@ -151,9 +153,7 @@ int run(CLI::App& app, CommandLine& line, const std::vector<std::string>& keys) 
     return lab::exportCommand(line.store, line.showing);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int runCommandLine(int argc, char** argv) {
     // what stands behind the first "--" is metrig's, whatever it looks like
     char** const end = argv + argc;
     char** const ours = std::find(argv + std::min(argc, 1), end, std::string("--"));
@@ -176,4 +176,15 @@ int main(int argc, char** argv) {
         return status == 0 ? 0 : lab::exitUse;
     }
     return run(app, line, keys);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return runCommandLine(argc, argv);
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "metrig-lab: %s\n", failure.what());
+    }
+    return lab::exitUse;
 }

@@ -287,7 +287,7 @@ class Run {
             m_losses.erase(function);
             report();
         };
-        const WalkEnd end = walk(*pair.side[0], *pair.side[1], m_route, task);
+        WalkEnd end = walk(*pair.side[0], *pair.side[1], m_route, task);
         pair.side[0]->quit();
         pair.side[1]->quit();
         return end;
@@ -295,6 +295,7 @@ class Run {
 
     void keep(std::vector<Visit> visits) {
         std::vector<StoredVisit> stored;
+        stored.reserve(visits.size());
         for (Visit& visit : visits) {
             stored.push_back({static_cast<int>(visit.point), m_fresh.contains(visit.point),
                               std::move(visit.turns), visit.fates});

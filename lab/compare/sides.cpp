@@ -17,9 +17,9 @@ namespace fs = std::filesystem;
 std::vector<StoredObject> objectsIn(const std::string& folder) {
     std::vector<StoredObject> objects;
     for (const std::string& name : libraryObjects) {
-        const std::string path = folder + "/" + name;
+        const std::string path = fs::path(folder) / name;
         if (!fs::is_regular_file(path)) {
-            throw std::runtime_error(folder + ": no library, as " + name + " is not there");
+            throw std::runtime_error(path + ": no such file");
         }
         const std::string content = fileContent(path);
         const auto facts = elfFacts(content);

@@ -51,7 +51,7 @@ Machine machineOf(const StoredHead& head, const std::vector<StoredPair>& pairs) 
 std::string nameOf(const StoredPoint& point) {
     std::string name = point.function;
     for (const auto& [parameter, value] : point.parameters) {
-        name += " " + parameter + "=" + value;
+        name.append(" ").append(parameter).append("=").append(value);
     }
     return name;
 }

@@ -115,7 +115,7 @@ int hexDigit(char c) {
 std::string PointMessage::parameterText() const {
     std::string text;
     for (const auto& [name, value] : parameters) {
-        text += (text.empty() ? "" : " ") + name + "=" + value;
+        text.append(text.empty() ? "" : " ").append(name).append("=").append(value);
     }
     return text;
 }
