@@ -59,7 +59,7 @@ INSTANTIATE_TEST_SUITE_P(
         Rule{
             "FreshOnTheOtherSide", slow, evenly(12, -0.02, -0.011), unsure, Reason::repeated, nothing, 0, {}},
         Rule{"FreshInDoubt", slow, evenly(12, 0.009, 0.02), unsure, Reason::pairs, Next::fresh, 16, {}},
-        Rule{"FreshWithinTheMargin", slow, evenly(8, 0, 0.005), unsure, Reason::repeated, nothing, 0, {}},
+        Rule{"FreshWithinTheMargin", slow, evenly(12, 0, 0.019), unsure, Reason::repeated, nothing, 0, {}},
         Rule{"Faster", fast, evenly(12, -0.02, -0.011), Verdict::faster, Reason::none, nothing, 0, {}},
         Rule{"Grain", evenly(40, -0.009, 0.009, coarse), {}, unsure, Reason::grain, nothing, 0, {}},
         Rule{"Margin", evenly(40, 0.009, 0.011), {}, unsure, Reason::margin, nothing, 0, {}},
@@ -77,6 +77,11 @@ TEST(Verdict, IntervalOfARepeatedDifferenceIsOfAllPairs) {
     EXPECT_NEAR(decision.interval.middle, 0.0335, 1e-12);
     EXPECT_NEAR(decision.interval.high, 0.040, 1e-12);
     EXPECT_NEAR(decision.smallest, std::log1p(0.01) + 0.0335 - 0.015, 1e-12);
+    // one that just shows in many pairs and a few fresh ones: rank 178 of 407 would do for an error of 1%
+    const Plan few{.looks = {{399, 180}}, .confirming = {{8, 1}}};
+    const Decision just = decide({evenly(399, -0.169, 0.229), fresh, {}, {}}, few, 0.01);
+    EXPECT_EQ(just.verdict, Verdict::slower);
+    EXPECT_GT(just.interval.low, std::log1p(0.01));
 }
 
 Turn turn(Side side, int epoch, std::vector<std::int64_t> ticks) {
