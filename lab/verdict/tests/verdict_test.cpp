@@ -89,12 +89,13 @@ Turn turn(Side side, int epoch, std::vector<std::int64_t> ticks) {
 }
 
 TEST(PairOf, IsTheMedianOverEpochsOfTheLeastBlocksLessTheEmptyStretch) {
-    const std::vector<Turn> turns{
+    std::vector<Turn> turns{
         turn(Side::newer, 0, {1080, 1060}), turn(Side::older, 0, {1020, 1900}),  // 1040 / 1000
         turn(Side::older, 1, {2020, 2020}), turn(Side::newer, 1, {2080, 2060}),  // 2040 / 2000
         turn(Side::older, 2, {1020, 1020}), turn(Side::newer, 2, {5020}),        // 5000 / 1000
         turn(Side::older, 3, {900}),  // its fellow is missing: no ratio, but a figure of the old build
     };
+    turns[2].loop = 3000;  // disturbed
     const Pair pair = pairOf(turns).value();
     EXPECT_EQ(pair.epochs, 3);
     EXPECT_DOUBLE_EQ(pair.value, std::log(1.04));
