@@ -24,6 +24,8 @@ struct Plan {
 };
 
 inline constexpr std::array<int, 6> usualLooks{8, 12, 16, 24, 32, 40};
+/// Fresh pairs visit few points, so there may be more of them.
+inline constexpr std::array<int, 8> confirmingLooks{8, 12, 16, 24, 32, 40, 56, 80};
 
 /// The plan for so many points, with looks after so many pairs (ascending), that says a false "slower" or
 /// "faster" anywhere with a probability of at most `family`. Where too few looks are given for that, all

@@ -16,12 +16,27 @@ std::int64_t net(const Turn& turn) {
     return std::max<std::int64_t>(1, *std::min_element(turn.ticks.begin(), turn.ticks.end()) - turn.empty);
 }
 
-/// Ticks of one call as the tables have it: the bare loop holds the clock reads too.
-double ofOneCall(const Turn& turn) {
-    const std::int64_t least = *std::min_element(turn.ticks.begin(), turn.ticks.end());
-    return static_cast<double>(std::max<std::int64_t>(0, least - turn.loop)) /
-           static_cast<double>(turn.calls);
+double ofOneCall(std::int64_t ticks, const Turn& turn) {
+    return static_cast<double>(ticks) / static_cast<double>(turn.calls);
 }
+
+void lower(double& least, double value) { least = least > 0 ? std::min(least, value) : value; }
+
+/// Ticks of one call of a side as the tables have them. The bare loop holds the clock reads too; it runs but
+/// once a turn, so the least of all turns counts.
+class Clocks {
+  public:
+    void add(const Turn& turn) {
+        lower(m_block, ofOneCall(*std::min_element(turn.ticks.begin(), turn.ticks.end()), turn));
+        lower(m_loop, ofOneCall(turn.loop, turn));
+    }
+    /// A call that costs no more than the loop keeps its time.
+    double ticks() const { return m_block > m_loop ? m_block - m_loop : m_block; }
+
+  private:
+    double m_block = 0;
+    double m_loop = 0;
+};
 
 /// What any two readings differ by is a multiple of the clock's step. Equal readings tell nothing: one tick.
 class ClockStep {
@@ -41,13 +56,11 @@ class ClockStep {
     bool m_any = false;
 };
 
-void lower(double& least, double value) { least = least > 0 ? std::min(least, value) : value; }
-
 }  // namespace
 
 std::optional<Pair> pairOf(std::span<const Turn> turns) {
     std::map<int, std::array<double, 2>> epochs;  // the least of each side, for one call; 0: no turn
-    std::array<double, 2> clocks{};
+    std::array<Clocks, 2> clocks;
     std::int64_t shortest = 0;
     ClockStep step;
     for (const Turn& turn : turns) {
@@ -55,8 +68,8 @@ std::optional<Pair> pairOf(std::span<const Turn> turns) {
             continue;
         }
         const std::size_t side = turn.side == Side::newer;
-        lower(epochs[turn.epoch][side], static_cast<double>(net(turn)) / static_cast<double>(turn.calls));
-        lower(clocks[side], ofOneCall(turn));
+        lower(epochs[turn.epoch][side], ofOneCall(net(turn), turn));
+        clocks[side].add(turn);
         shortest = shortest == 0 ? net(turn) : std::min(shortest, net(turn));
         step.add(turn);
     }
@@ -73,8 +86,8 @@ std::optional<Pair> pairOf(std::span<const Turn> turns) {
                 .spread = deviation(ratios),
                 .grain = step.ticks() / static_cast<double>(shortest),
                 .epochs = static_cast<int>(ratios.size()),
-                .older = clocks[0],
-                .newer = clocks[1]};
+                .older = clocks[0].ticks(),
+                .newer = clocks[1].ticks()};
 }
 
 }  // namespace lab

@@ -19,7 +19,7 @@ struct Turn {
     std::int64_t calls = 1;             ///< in each block
     std::vector<std::int64_t> ticks{};  ///< of each block
     std::int64_t empty = 0;             ///< ticks of a stretch with nothing in it
-    std::int64_t loop = 0;              ///< ticks of a block whose turns call nothing
+    std::int64_t loop = 0;              ///< ticks of a block that calls nothing, clock reads included
     double seconds = 0;                 ///< since the comparison began
 };
 
@@ -29,7 +29,7 @@ struct Pair {
     double spread = 0;  ///< of an epoch's log(new / old) around it: a standard deviation
     double grain = 0;   ///< the step of the clock as a part of the shortest turn
     int epochs = 0;     ///< in which both sides took a turn
-    double older = 0;   ///< ticks of one call, the least of all turns, the loop's cost taken off
+    double older = 0;   ///< ticks of one call, the least of all turns less the least of their loops
     double newer = 0;   ///< the same of the new build
 };
 

@@ -134,38 +134,28 @@ struct Judge {
         return intervalOf(std::move(values), rank);
     }
 
-    /// Fresh pairs that do not show `side`, if `side` can still be confirmed; else so many that it cannot.
-    bool hopeless(Verdict side, std::span<const Pair> fresh) const {
-        const auto against = std::count_if(fresh.begin(), fresh.end(), [&](const Pair& pair) {
-            return side == Verdict::slower ? pair.value <= limit : pair.value >= -limit;
-        });
-        int rank = 0;
-        for (const Look& look : plan.confirming) {
-            rank = std::max(rank, look.rank);
-        }
-        return against >= rank;
-    }
-
+    /// Fresh pairs are asked for until they show `side`, or half of them do not.
     Decision confirmed(Verdict side, const Interval& seen, const Look& first) const {
         for (const Look& look : plan.confirming) {
+            const std::size_t n = static_cast<std::size_t>(look.pairs);
             if (look.rank == 0) {
                 continue;  // too early to confirm anything
             }
-            const std::size_t n = static_cast<std::size_t>(look.pairs);
             if (evidence.fresh.size() < n) {
-                if (hopeless(side, evidence.fresh)) {
-                    break;
-                }
                 Decision open = unsure(Reason::pairs, seen, first.pairs);
                 open.next = Next::fresh;
                 open.wanted = look.pairs;
                 return open;
             }
             const std::span<const Pair> fresh = evidence.fresh.first(n);
-            if (seems(intervalOf(valuesOf(fresh), look.rank)) == side) {
+            const Interval again = intervalOf(valuesOf(fresh), look.rank);
+            if (seems(again) == side) {
                 const auto pairs = evidence.pairs.first(static_cast<std::size_t>(first.pairs));
                 return decided(side, pooled(pairs, fresh, first.rank + look.rank - 1),
                                first.pairs + look.pairs);
+            }
+            if (seems({again.middle, again.middle, again.middle}) != side) {
+                break;
             }
         }
         return unsure(Reason::repeated, seen, first.pairs);

@@ -67,7 +67,7 @@ class Recordings : public testing::Test {
                 const std::vector<Pair> first = draw(point, 40, shift);
                 Decision decision = decide({first, {}, {}, {}}, plan, margin);
                 if (decision.next == Next::fresh) {
-                    decision = decide({first, draw(point, 40, shift), {}, {}}, plan, margin);
+                    decision = decide({first, draw(point, 80, shift), {}, {}}, plan, margin);
                 }
                 ++tally.verdicts[static_cast<int>(decision.verdict)];
                 tally.repeated += decision.reason == Reason::repeated;
@@ -128,8 +128,7 @@ TEST_F(Recordings, IntervalsMissTheTrueDifferenceAsOftenAsReckoned) {
 TEST_F(Recordings, FalseAlarmsAreAsManyAsReckoned) {
     const Tally tally = compare(0, 0, 1);
     expectShare(tally.differing() + tally.repeated, tally.points, 2 * everCrossed(plan.looks));
-    expectShare(tally.differing(), tally.points, plan.family / points);
-    EXPECT_LE(tally.alarms, 22);  // of 1000 with at most 0.94%: more would come once in 10,000 such tests
+    EXPECT_LE(tally.alarms, 22);  // of 1000 with at most 0.93%: more would come once in 10,000 such tests
 }
 
 /// Of the six bodies the layout of one hides a difference of 4%.
