@@ -63,6 +63,16 @@ TEST(String, TakesFileNamesApart) {
     }
 }
 
+TEST(String, FailureStaysWithTheTextThatWasRead) {
+    mrString text = " abc ";
+    text.setFailed(true);
+    mrString assigned;
+    assigned = text;
+    EXPECT_FALSE(mrString(text).failed() || assigned.failed());
+    text.trim();
+    EXPECT_TRUE(text.failed());
+}
+
 /// The value that a text makes of `value`.
 template <class T>
 std::string reading(T value, const char* text) {
