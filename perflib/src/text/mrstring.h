@@ -144,6 +144,18 @@ mrString mrText(T value) {
     return text;
 }
 
+/// The texts that `textOf` gives of the items, empty ones too, with `separator` between them.
+template <class List, class TextOf>
+mrString mrJoined(const List& items, const char* separator, TextOf textOf) {
+    mrString joined;
+    const char* before = "";
+    for (const auto& item : items) {
+        joined << before << textOf(item);
+        before = separator;
+    }
+    return joined;
+}
+
 /// A text by a printf format.
 [[gnu::format(printf, 1, 2)]] mrString mrFormat(const char* format, ...);
 
