@@ -17,7 +17,7 @@ enum SetMode : int {
     SetMax = 3,
     SetMin = 4,
     SetValue = 5,
-    SetRandomRange = 6,  ///< between the two values; over the whole range of the type if they are equal
+    SetRandomRange = 6,  ///< between the two values; if they are equal, as setRandom() without limits
     SetRamp = 7,         ///< from the first value to the second, again and again
 };
 
@@ -96,7 +96,8 @@ class zyVector : public mrObject {
     virtual int size() const { return itemSize() * m_len; }
     virtual void* getReservedData() { return m_reserved.get(); }
     virtual void setVector(SetMode mode, double a, double b);
-    /// One element alone: the extremes in the real part only, and the ramp's first value.
+    /// One element alone: the extremes and the ramp's first value in the real part only, and one random
+    /// number there too, over the whole range of the type if the two values are equal.
     virtual void setIndex(int index, SetMode mode, double a, double b);
     virtual double getIndex(int index) const { return getElement(getPointerAt(index)); }
     virtual void getIndex(int index, double& re, double& im) const {
@@ -147,6 +148,4 @@ class zyVector : public mrObject {
     int itemSize() const { return zyItemSize(m_type); }
     bool isFloat() const { return (m_type & zyTypeFloat) != 0; }
     double defaultValue() const;
-    /// The limits of random numbers: those given, or the default ones if both are equal.
-    void randomLimits(double& lo, double& hi) const;
 };
