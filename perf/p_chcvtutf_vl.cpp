@@ -83,9 +83,9 @@ class TimsCvtUTF : public zyTest {
         const int count = g_vectorLength.value();
         srcLen = count;
         if (!srcUni.createVector(count, SetRandomRange, 0.0, LastCodePoint) ||
-            !srcU8.createVector(zyLength(1LL * LongestUTF8 * count), SetZero, 0.0, 0.0) ||
-            !dstU16.createVector(LongestUTF16 * count, SetZero, 0.0, 0.0) ||
-            !dstU8.createVector(LongestUTF8 * count, SetZero, 0.0, 0.0)) {
+            !srcU8.createVector(1LL * LongestUTF8 * count, SetZero, 0.0, 0.0) ||
+            !dstU16.createVector(1LL * LongestUTF16 * count, SetZero, 0.0, 0.0) ||
+            !dstU8.createVector(1LL * LongestUTF8 * count, SetZero, 0.0, 0.0)) {
             return false;
         }
         auto* points = srcUni.data<Zyl32u>();

@@ -68,7 +68,7 @@ class TimsFind : public zyTest {
         if (lenFind >= len || (!m_hasC && (lenFind == 0 || lenFind == 1))) {
             return false;
         }
-        if (!src.createVector(zyLength(len + 1LL), -1) || !fnd.createVector(lenFind + 1, -1)) {
+        if (!src.createVector(len + 1LL, -1) || !fnd.createVector(lenFind + 1, -1)) {
             return false;
         }
         fnd.setConst(1.0, 0.0);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <climits>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
@@ -20,11 +19,6 @@ enum SetMode : int {
     SetRandomRange = 6,  ///< between the two values; if they are equal, as setRandom() without limits
     SetRamp = 7,         ///< from the first value to the second, again and again
 };
-
-/// For lengths that a suite works out: what no int holds becomes -1, which createVector refuses.
-constexpr int zyLength(long long elements) {
-    return elements < INT_MIN || elements > INT_MAX ? -1 : static_cast<int>(elements);
-}
 
 /// A block of test data of one type, an argument of a function under test: it allocates itself as a block of
 /// the memory list, fills itself by simple patterns, keeps a copy to restore the data between runs, and
@@ -60,11 +54,11 @@ class zyVector : public mrObject {
     /// holds, and without memory.
     bool allocateVector(long long bytes, int align, mrObject* owner);
     /// New data of `len` elements with the values of setConst(), or of `mode`.
-    bool createVector(int len, int align, mrObject* owner = nullptr);
-    bool createVector(int len, SetMode mode, double a, double b) {
+    bool createVector(long long len, int align, mrObject* owner = nullptr);
+    bool createVector(long long len, SetMode mode, double a, double b) {
         return createVectorExt(len, -1, mode, a, b);
     }
-    bool createVectorExt(int len, int align, SetMode mode, double a, double b);
+    bool createVectorExt(long long len, int align, SetMode mode, double a, double b);
     virtual void deleteVector();
 
     /// 2, and 1.00001 for floating types, in both parts.

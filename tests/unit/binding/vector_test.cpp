@@ -38,8 +38,8 @@ TEST(Vector, ServesBeforeTheFrameworkIsBuiltAndAfterItsEnd) {
 }
 
 TEST(Vector, RefusesWhatCannotBeAllocated) {
-    static constexpr std::tuple<zyType, int, const char*> rows[] = {
-        {zy32f, -3, "-12"}, {zy64fc, INT_MAX, "34359738352"}, {0, 5, "0"}};
+    static constexpr std::tuple<zyType, long long, const char*> rows[] = {
+        {zy32f, -3, "-12"}, {zy8u, INT_MAX + 1LL, "2147483648"}, {0, 5, "0"}};
     for (const auto& [type, len, bytes] : rows) {
         CapturedOutput output(MSG_ERR);
         zyVector vector(type);
