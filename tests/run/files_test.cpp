@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <array>
 
 #include "tables.h"
@@ -128,6 +130,7 @@ TEST(OutputFiles, WhatCanNotBeWrittenIsToldOnceAndStopsNothing) {
 TEST(BadInput, IsToldAndEndsTheRunInOrder) {
     const WorkFolder folder;
     folder.file("nul.txt", std::string("-B\0-s-\n", 8));
+    mkfifo(folder.path("pipe.ini").c_str(), 0600);
     const std::string fatal = "FATAL FAIL: can't open output file for writing\n";
     const std::string fatalIni = "FATAL FAIL: can't open ini-file for writing\n";
     const std::string ignored = ": ignored because of -v option\n";
@@ -141,8 +144,10 @@ TEST(BadInput, IsToldAndEndsTheRunInOrder) {
         {"-@none", "-- Can't open file <folder>/none to read: \n", "", fatal},
         {"-@.", "-- Can't read file <folder>/.: it is a directory\n", "", fatal},
         {"-@/dev/zero", "-- Can't read file /dev/zero: it is a device\n", "", fatal},
-        {"-@nul.txt", "-- Can't read file <folder>/nul.txt: it is no text\n", "", fatal},
+        {"-@pipe.ini", "-- Can't read file <folder>/pipe.ini: it is a pipe\n", "", fatal},
+        {"-@nul.txt", "", "-B" + ignored, ""},
         {"-inone", "", "-inone" + ignored, "-- Can't open file <folder>/none.ini to read: \n"},
+        {"-Ipipe", "", "-Ipipe" + ignored, "-- Can't read file <folder>/pipe.ini: it is a pipe\n" + fatalIni},
         {"-Ino/x", "", "-Ino/x" + ignored, "-- Can't open file <folder>/no/x.ini to write: \n" + fatalIni},
     };
     const std::string keys =
