@@ -84,6 +84,11 @@ TEST(IniFile, IsNeverHalfWritten) {
     EXPECT_EQ(output.text(), "-- Can't write file " + str(name) + ": File too large\n");
     EXPECT_EQ(folder.content("a.ini"), "\n[s]\nk=v\n");
     EXPECT_EQ(folder.count(), 2);
+    std::filesystem::create_hard_link(name.c_str(), folder.path("other.ini"));
+    EXPECT_TRUE(ini.open(name, true));
+    ini.write("s", "k", "w", "");
+    ini.close();
+    EXPECT_EQ(folder.content("other.ini"), "\n[s]\nk=w\n") << "written in place";
 }
 
 }  // namespace
