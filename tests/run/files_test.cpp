@@ -130,7 +130,6 @@ TEST(OutputFiles, WhatCanNotBeWrittenIsToldOnceAndStopsNothing) {
 TEST(BadInput, IsToldAndEndsTheRunInOrder) {
     const WorkFolder folder;
     folder.file("nul.txt", std::string("-B\0-s-\n", 8));
-    mkfifo(folder.path("pipe.ini").c_str(), 0600);
     const std::string fatal = "FATAL FAIL: can't open output file for writing\n";
     const std::string fatalIni = "FATAL FAIL: can't open ini-file for writing\n";
     const std::string ignored = ": ignored because of -v option\n";
@@ -150,6 +149,7 @@ TEST(BadInput, IsToldAndEndsTheRunInOrder) {
         {"-Ipipe", "", "-Ipipe" + ignored, "-- Can't read file <folder>/pipe.ini: it is a pipe\n" + fatalIni},
         {"-Ino/x", "", "-Ino/x" + ignored, "-- Can't open file <folder>/no/x.ini to write: \n" + fatalIni},
     };
+    mkfifo(folder.path("pipe.ini").c_str(), 0600);
     const std::string keys =
         "Command line options: \n-v: type the version number of the Metrig and exit\n"
         "-p<folder>/: open test data files & ini-file in <folder>/\n"
