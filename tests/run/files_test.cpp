@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <array>
 
 #include "tables.h"
@@ -141,10 +143,13 @@ TEST(BadInput, IsToldAndEndsTheRunInOrder) {
         {"-@none", "-- Can't open file <folder>/none to read: \n", "", fatal},
         {"-@.", "-- Can't read file <folder>/.: it is a directory\n", "", fatal},
         {"-@/dev/zero", "-- Can't read file /dev/zero: it is a device\n", "", fatal},
-        {"-@nul.txt", "-- Can't read file <folder>/nul.txt: it is no text\n", "", fatal},
+        {"-@pipe.ini", "-- Can't read file <folder>/pipe.ini: it is a pipe\n", "", fatal},
+        {"-@nul.txt", "", "-B" + ignored, ""},
         {"-inone", "", "-inone" + ignored, "-- Can't open file <folder>/none.ini to read: \n"},
+        {"-Ipipe", "", "-Ipipe" + ignored, "-- Can't read file <folder>/pipe.ini: it is a pipe\n" + fatalIni},
         {"-Ino/x", "", "-Ino/x" + ignored, "-- Can't open file <folder>/no/x.ini to write: \n" + fatalIni},
     };
+    mkfifo(folder.path("pipe.ini").c_str(), 0600);
     const std::string keys =
         "Command line options: \n-v: type the version number of the Metrig and exit\n"
         "-p<folder>/: open test data files & ini-file in <folder>/\n"

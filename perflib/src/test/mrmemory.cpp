@@ -18,7 +18,7 @@ struct Address {
 };
 
 struct AddressList : mrList<Address> {
-    iterator m_current;
+    iterator m_current = end();  ///< what the walk delivers next
 
     iterator find(const void* block) {
         iterator at = begin();
@@ -77,15 +77,6 @@ void describe(const Address& block, int* size, mrObject** object) {
     if (object != nullptr) {
         *object = block.m_object;
     }
-}
-
-/// The block that the walk stands at.
-void* currentBlock(int* size, mrObject** object) {
-    if (pAddressList->m_current == pAddressList->end()) {
-        return nullptr;
-    }
-    describe(*pAddressList->m_current, size, object);
-    return pAddressList->m_current->m_aligned;
 }
 
 }  // namespace
@@ -157,15 +148,17 @@ void* mrMallocFirst(int* size, mrObject** object) {
         return nullptr;
     }
     pAddressList->m_current = pAddressList->begin();
-    return currentBlock(size, object);
+    return mrMallocNext(size, object);
 }
 
 void* mrMallocNext(int* size, mrObject** object) {
     if (pAddressList == nullptr || pAddressList->m_current == pAddressList->end()) {
         return nullptr;
     }
+    const Address& block = *pAddressList->m_current;
     ++pAddressList->m_current;
-    return currentBlock(size, object);
+    describe(block, size, object);
+    return block.m_aligned;
 }
 
 void mrFreeAll() {

@@ -21,7 +21,8 @@ void mrFree(void* block);
 
 /// Fills the arguments that are not null; false if `block` is not on the list.
 bool mrMallocInfo(void* block, int* size, mrObject** object);
-/// The walk over all blocks, oldest first; one walk at a time. Null at the end.
+/// The walk over all blocks, oldest first; one walk at a time. Null at the end. A block that was delivered
+/// may be freed before the next one is asked for.
 void* mrMallocFirst(int* size, mrObject** object);
 void* mrMallocNext(int* size, mrObject** object);
 /// Drops the list at the end of the process; the memory itself goes with the process.

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "support/float_flags.h"
+#include "support/golden.h"
 #include "support/scripted_clock.h"
 
 namespace {
@@ -98,21 +99,7 @@ TEST_F(AutoMethod, OneStatisticMeasurementStandsForTheIteration) {
 TEST_F(AutoMethod, DescribesItsCourse) {
     CapturedOutput output(InfoLevel);
     course({25000, 26000});
-    EXPECT_EQ(output.text(),
-              "    Auto method: start\n        minClocks  = 10000\n"
-              "    Prior Measurement: \n        numLoops   = 1\n        numClocks  = 25000\n"
-              "        funcClocks = 2.5e+04\n        result     = successfully\n"
-              "    Iteration Measurement: \n        startLoops = 4\n        maxLoops   = 2048\n"
-              "        stopLoops  = 4\n        stopClocks = 104000\n        accuracy   = 3.9%\n"
-              "        funcClocks = 2.6e+04\n        result     = successfully\n"
-              "    Simple Measurements: \n        numLoops   = 4\n        numClocks  = 104000\n"
-              "        funcClocks = 1.04e+05\n        numLoops   = 4\n        numClocks  = 104000\n"
-              "        funcClocks = 1.04e+05\n        accuracy   = 66.7%\n        bestClocks = 2.6e+04\n"
-              "        result     = wrong measure accuracy\n"
-              "    Iteration Measurement: \n        startLoops = 16\n        maxLoops   = 2048\n"
-              "        stopLoops  = 16\n        stopClocks = 416000\n        accuracy   = 0.00%\n"
-              "        funcClocks = 2.6e+04\n        result     = successfully\n"
-              "    Auto method: stop\n");
+    expectGolden("unit/timing/golden/auto_course.txt", output.text());
 }
 
 TEST_F(AutoMethod, CountsMayBeCalledCalls) {
