@@ -4,7 +4,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <array>
+#include <tuple>
 
 #include "support/captured_output.h"
 #include "support/recorded_processor.h"
@@ -54,12 +54,8 @@ TEST(TickRate, IsThatOfUndisturbedSeconds) {
     for (int i = 0; i < 40; ++i) {
         always.push_back({5.5 + 0.7 * i, 0.45, 0, 0});
     }
-    struct {
-        std::vector<Machine::Event> events;
-        double seconds;  ///< that the measurement takes
-        int mhz;
-        const char* told;
-    } const rows[] = {
+    // What happens, the seconds that the measurement takes, its result, and what is told.
+    const std::tuple<std::vector<Machine::Event>, double, int, const char*> rows[] = {
         {{}, 2.7, 1000, ""},
         {{{6.5, 0, 0, -3600}}, 4.7, 1000, ""},                  // set back, in the first full second
         {{{5.5, 0, 0, -0.6}, {7.1, 0, 0, 60}}, 5.3, 1000, ""},  // and forward, in the second
@@ -68,14 +64,14 @@ TEST(TickRate, IsThatOfUndisturbedSeconds) {
         {always, 11.9, 850,
          "-- Tick frequency may be wrong by 15%: no second of its measurement was undisturbed\n"},
     };
-    for (const auto& row : rows) {
-        Machine::s_events = row.events;
+    for (const auto& [events, seconds, mhz, told] : rows) {
+        Machine::s_events = events;
         Machine::s_ticks = Machine::s_day = 0;
         Machine::s_now = 5.3;
         CapturedOutput output(MSG_WARN);
-        EXPECT_NEAR(mrMeasureMHz(Machine::clocks), row.mhz, 10) << row.seconds;
-        EXPECT_NEAR(Machine::s_now - 5.3, row.seconds, 0.5);
-        EXPECT_EQ(output.text(), row.told);
+        EXPECT_NEAR(mrMeasureMHz(Machine::clocks), mhz, 10) << seconds;
+        EXPECT_NEAR(Machine::s_now - 5.3, seconds, 0.5);
+        EXPECT_EQ(output.text(), told);
     }
 }
 
