@@ -161,7 +161,7 @@ void mrSession::outputSignal() {
     if (m_sglName.empty()) {
         return;
     }
-    o_stream file(m_sglName, IO_WRITE | IO_NOPATH, false);
+    o_stream file(m_sglName, IO_WRITE | IO_NOPATH, true);
     if (file.isOpen()) {
         const mrDate& date = pTestList->m_date;
         file << mrReportFormat::getTimeStr(date.seconds()) + "\n" + mrDate::text(date.stopTime()) + "\n\n";

@@ -1,6 +1,7 @@
 // One measurement: an entry is chosen and called, and its raw clocks are kept. Between two clock reads stands
 // nothing but the entry; tracing, texts and priority changes stay outside.
 
+#include <algorithm>
 #include <cmath>
 
 #include "mrtool.h"
@@ -16,6 +17,8 @@ constexpr int RunLine = 273;
 constexpr int CallLoopLine = 857;
 constexpr int CallStatLine = 894;
 constexpr int Attempts = 2;
+/// Of a statistic measurement: without a call there is no figure.
+constexpr int LeastCalls = 1;
 
 /// A figure as whole clocks; what no long long holds is cut to its range.
 long long wholeClocks(double figure) {
@@ -69,6 +72,9 @@ void mrTool::runTimFunc(int n, double* out, bool prior) {
 }
 
 mrResult mrTool::measureOnce(int& n, double least, bool prior) {
+    if (!prior && (m_setAndUse || m_funcStat != nullptr)) {
+        n = std::max(n, LeastCalls);
+    }
     if (m_setAndUse) {
         return mrTraced("zylFunctionCalls", [&] {
             return prior ? timCall_Loop(n, &m_numClocks, true) : timCall_Stat(&n, &m_numClocks, true);
@@ -101,6 +107,7 @@ mrResult mrTool::takeBlocks(int calls, int blocks) {
 
 void mrTool::runTimFuncStat(long long clocks, int* numCalls, double* funcClocks) {
     mrResult result = MR_NOT_RUN;
+    *numCalls = std::max(*numCalls, LeastCalls);
     if (m_setAndUse) {
         if (m_funcCall == nullptr) {
             m_result = MR_NOT_RUN;

@@ -86,6 +86,8 @@ TEST_F(AutoMethod, OneStatisticMeasurementStandsForTheIteration) {
     mrTool::m_minNumLoops = 20;
     mrTool::m_numMilliseconds = 3;
     EXPECT_EQ(course({10000}, "LS"), "L1 S20/300000/1 = 10000 nLps=5000");
+    mrTool::m_minNumLoops = mrTool::m_numMilliseconds = 0;
+    EXPECT_EQ(course({10000}, "LS"), "L1 S1/0/1 = 10000 nLps=5000");
     mrTool::m_minNumLoops = 8;
     mrTool::m_numMilliseconds = 100;
     // The best single call is divided all the same, so what counts as short reaches up to 2222 clocks.
