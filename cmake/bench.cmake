@@ -12,6 +12,8 @@ add_bench(loops)
 add_bench(framework)
 add_bench(walks ${suite_sources})
 target_include_directories(bench_walks PRIVATE perf)
+add_bench(paths ${suite_sources})
+target_include_directories(bench_paths PRIVATE perf)
 
 # Google Benchmark is there in the machine's own width alone.
 if(CMAKE_SIZEOF_VOID_P EQUAL 8)
