@@ -180,6 +180,19 @@ TEST_F(Faults, ARunThatIsKilledLosesNoLine) {
     }
 }
 
+TEST(Library, ThatLacksAFunctionIsRefusedBeforeAFileIsEmptied) {
+    const WorkFolder folder;
+    folder.file("metrig.csv", "kept");
+    folder.file("libzylch.so.10",
+                replaced(readFile(METRIG_LIB_DIR "/libzylch.so.10"), std::string("\0zylsEqual_8u\0", 14),
+                         std::string("\0zylsEqual_9u\0", 14)));
+    const Outcome outcome = run({.arguments = {"-B", "-r", "-f=zylsCompare_8u", "-l" + folder.path()},
+                                 .environment = {"LD_LIBRARY_PATH=" + folder.path()}});
+    EXPECT_EQ(outcome.status, 127) << outcome.output;
+    EXPECT_TRUE(holds(outcome.errors, "undefined symbol: zylsEqual_8u")) << outcome.errors;
+    EXPECT_EQ(folder.content("metrig.csv"), "kept");
+}
+
 TEST(FaultsInARow, LeaveNothingBehind) {
     long peak[2] = {};
     for (const int count : {1, 500}) {
