@@ -1,3 +1,6 @@
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <exception>
 
 #include "mr.h"
@@ -6,6 +9,19 @@
 #include "timing/mrfloat.h"
 
 namespace {
+
+/// A standard descriptor that was closed at the start would be given to the first file that is opened, and
+/// the console's lines would go into it.
+void openStandardDescriptors() {
+    for (int number = STDIN_FILENO; number <= STDERR_FILENO; ++number) {
+        if (fcntl(number, F_GETFD) < 0) {
+            open("/dev/null", O_RDWR);  // gets the lowest number that is free: this one
+        }
+    }
+}
+
+/// Goes before every initialiser, also those of the libraries.
+[[gnu::section(".preinit_array"), gnu::used]] void (*const beforeAll)() = openStandardDescriptors;
 
 void runSession(int argc, char** argv) {
     try {
