@@ -9,6 +9,7 @@
 #include "output/mrreport.h"
 #include "output/mrreportformat.h"
 #include "system/mrinfotest.h"
+#include "timing/mrstop.h"
 
 mrSession::~mrSession() {
     for (const mrOption* option : m_options) {
@@ -89,6 +90,7 @@ int mrSession::runTests() {
     if ((m_askMode & AskEachTest) == 0) {
         g_istrm.setIStream(nullptr);
     }
+    mrStop::readWatchdog();
     if (g_pHotList == nullptr) {
         g_pHotList = new mrStringList;
     }

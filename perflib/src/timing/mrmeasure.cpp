@@ -8,7 +8,9 @@
 #include "session/mrbinding.h"
 #include "test/mrtest.h"
 #include "timing/mrfloat.h"
+#include "timing/mrleftstate.h"
 #include "timing/mrpriority.h"
+#include "timing/mrsignal.h"
 
 namespace {
 
@@ -21,6 +23,15 @@ constexpr int Attempts = 2;
 long long wholeClocks(double figure) {
     constexpr double Limit = 9.2e18;
     return static_cast<long long>(std::fmin(std::fmax(figure, -Limit), Limit));
+}
+
+/// Calls an entry, which may be given up, and puts right what all code behind it needs.
+template <class Entry>
+mrResult calledEntry(Entry entry) {
+    const tsSignal::Leavable leavable;
+    const mrResult result = entry();
+    mrRestoreAfterCall();
+    return result;
 }
 
 long long elapsed(Zyl64u start, Zyl64u stop) { return static_cast<long long>(stop - start); }
@@ -41,12 +52,14 @@ void mrTool::ctrlStop() {
 template <class Entry>
 mrResult mrTool::watchedCall(Entry entry) {
     ctrlStart();
+    const mrControlWords words;
     g_trace.traceIn("zylFunctionCalls");
     mrSetPriority(m_priority);
-    const mrResult result = entry();
+    const mrResult result = calledEntry(entry);
     mrResetPriority();
     g_trace.traceOut("zylFunctionCalls");
     ctrlStop();
+    words.restore();
     return result;
 }
 
@@ -71,7 +84,9 @@ void mrTool::runTimFunc(int n, double* out, bool prior) {
 mrResult mrTool::measureOnce(int& n, double least, bool prior) {
     if (m_setAndUse) {
         return mrTraced("zylFunctionCalls", [&] {
-            return prior ? timCall_Loop(n, &m_numClocks, true) : timCall_Stat(&n, &m_numClocks, true);
+            return calledEntry([&] {
+                return prior ? timCall_Loop(n, &m_numClocks, true) : timCall_Stat(&n, &m_numClocks, true);
+            });
         });
     }
     if (m_ibs && m_funcInit != nullptr) {
@@ -98,7 +113,7 @@ void mrTool::runTimFuncStat(long long clocks, int* numCalls, double* funcClocks)
             m_result = MR_NOT_RUN;
             return;
         }
-        result = timCall_Stat(numCalls, &clocks, true);
+        result = calledEntry([&] { return timCall_Stat(numCalls, &clocks, true); });
     } else {
         result = watchedCall([&] {
             return m_funcStat != nullptr ? m_funcStat(numCalls, &clocks, numIntLoops)

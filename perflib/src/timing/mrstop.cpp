@@ -1,0 +1,151 @@
+#include "timing/mrstop.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <ctime>
+
+#include "output/mrostream.h"
+#include "timing/mrsignal.h"
+
+namespace {
+
+constexpr const char* StopText = "The run was stopped while the function did not return.";
+constexpr const char* WatchdogText = "METRIG_WATCHDOG: the time of a combination is over.";
+
+constexpr double SameRequest = 1.0;  // seconds
+constexpr double Grace = 2.0;
+constexpr double LongestWatch = 1e8;
+
+volatile std::sig_atomic_t stopAsked = 0;
+volatile std::sig_atomic_t asking = 0;
+volatile std::sig_atomic_t questionLeft = 0;
+double lastRequest = -SameRequest;  ///< a moment; of the handlers alone, which do not interrupt each other
+double watchdogSeconds = 0.0;
+
+timer_t timer;
+bool hasTimer = false;
+
+/// Of a clock that nobody sets.
+double moment() {
+    timespec now = {};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
+/// 0 stops the timer.
+void startTimer(double seconds) {
+    if (hasTimer) {
+        itimerspec time = {};
+        time.it_value.tv_sec = static_cast<std::time_t>(seconds);
+        time.it_value.tv_nsec =
+            static_cast<long>((seconds - static_cast<double>(time.it_value.tv_sec)) * 1e9);
+        timer_settime(timer, 0, &time, nullptr);
+    }
+}
+
+/// For the framework, which a request may interrupt at any place: the time of a request goes before.
+void setTimer(double seconds) {
+    if (stopAsked == 0) {
+        startTimer(seconds);
+        if (stopAsked != 0) {
+            startTimer(Grace);
+        }
+    }
+}
+
+void requestStop(int code) {
+    if (tsSignal::handOver(code)) {
+        return;
+    }
+    const double now = moment();
+    const bool same = now - lastRequest < SameRequest;
+    lastRequest = now;
+    if (asking != 0 && code == SIGINT) {
+        questionLeft = 1;
+    } else if (same && (stopAsked != 0 || code == SIGINT)) {
+        return;
+    } else if (stopAsked != 0) {
+        mrDefaultCourse(code);
+    } else {
+        stopAsked = 1;
+        startTimer(Grace);
+    }
+}
+
+void timeIsOver(int code) {
+    if (!tsSignal::handOver(code)) {
+        tsSignal::leave(stopAsked != 0 ? StopText : WatchdogText);
+    }
+}
+
+/// Without SA_RESTART, so that a question on the console ends too.
+void installHandler(int code, void (*handler)(int)) {
+    struct sigaction action = {};
+    action.sa_handler = handler;
+    action.sa_flags = SA_ONSTACK;
+    for (const int stop : mrStop::Requests) {
+        sigaddset(&action.sa_mask, stop);
+    }
+    sigaction(code, &action, nullptr);
+}
+
+bool isIgnored(int code) {
+    struct sigaction old = {};
+    return sigaction(code, nullptr, &old) == 0 && old.sa_handler == SIG_IGN;
+}
+
+}  // namespace
+
+void mrStop::install() {
+    for (const int code : Requests) {
+        if (!isIgnored(code)) {
+            installHandler(code, requestStop);
+        }
+    }
+    installHandler(TimeSignal, timeIsOver);
+    sigevent event = {};
+    event.sigev_notify = SIGEV_SIGNAL;
+    event.sigev_signo = TimeSignal;
+    hasTimer = timer_create(CLOCK_MONOTONIC, &event, &timer) == 0;
+}
+
+bool mrStop::asked() { return stopAsked != 0; }
+
+void mrStop::beginQuestion() {
+    questionLeft = 0;
+    asking = 1;
+}
+
+bool mrStop::endQuestion() {
+    asking = 0;
+    return questionLeft == 0 && stopAsked == 0;
+}
+
+void mrStop::readWatchdog() {
+    const char* variable = std::getenv("METRIG_WATCHDOG");
+    if (variable == nullptr) {
+        return;
+    }
+    char* end = nullptr;
+    const double seconds = std::strtod(variable, &end);
+    if (*end != '\0' || !(seconds >= 0.0 && seconds <= LongestWatch)) {
+        g_ostrm << MSG_ERR << "-- METRIG_WATCHDOG is no number of seconds: " << variable << "\n" << MSG_END;
+        return;
+    }
+    watchdogSeconds = seconds;
+}
+
+void mrStop::beginCombination() {
+    if (watchdogSeconds > 0.0) {
+        setTimer(watchdogSeconds);
+    }
+}
+
+void mrStop::endCombination() {
+    if (watchdogSeconds > 0.0) {
+        setTimer(0.0);
+        if (stopAsked == 0) {
+            tsSignal::stay();
+        }
+    }
+}
