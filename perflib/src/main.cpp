@@ -7,6 +7,7 @@
 #include "output/mrtrace.h"
 #include "test/mrmemory.h"
 #include "timing/mrfloat.h"
+#include "timing/mrreserve.h"
 
 namespace {
 
@@ -38,6 +39,7 @@ void runSession(int argc, char** argv) {
 /// Always 0: what failed stands in the reports, and a batch of runs is not to stop at one of them.
 int main(int argc, char** argv) {
     mrFlushToZero();
+    mrKeepReserve();
     g_trace.traceIn("main");
     if (pSession == nullptr) {
         pSession = new mrSession;

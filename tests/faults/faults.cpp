@@ -4,6 +4,7 @@
 
 #include <dlfcn.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <unistd.h>
 #include <xmmintrin.h>
 #include <zylch.h>
@@ -42,6 +43,21 @@ void refusedCall() { std::raise(SIGSYS); }
 
 void throwException() { throw std::bad_alloc(); }
 void throwNumber() { throw 3; }
+/// Takes all that the process may have, and keeps it.
+void useUpMemory() {
+    std::size_t pages = 0;
+    std::fscanf(std::fopen("/proc/self/statm", "r"), "%zu", &pages);
+    const rlimit limit = {pages * 4096 + 0x4000000, RLIM_INFINITY};
+    setrlimit(RLIMIT_AS, &limit);
+    for (std::size_t size = 0x1000000; size > 8; size /= 2) {
+        void* volatile block = nullptr;
+        do {
+            block = std::malloc(size);
+        } while (block != nullptr);
+    }
+    throw std::bad_alloc();
+}
+
 void neverReturn() {
     for (;;) {
         pause();
@@ -137,6 +153,7 @@ constexpr Kind kinds[] = {
     {"syscall", refusedCall, {}},
     {"throw", throwException, {}},
     {"number", throwNumber, {}},
+    {"memory", useUpMemory, {}},
     {"hang", neverReturn, {}},
     {"sse", flagSse, {}},
     {"x87", flag87, {}},

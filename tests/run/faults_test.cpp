@@ -160,6 +160,21 @@ TEST_F(Faults, StateLeftChangedIsPutRightAndToldOnceATest) {
     EXPECT_EQ(linesWith(m_outcome.output, told).size(), 8U);
 }
 
+TEST_F(Faults, MemoryUsedUpEndsOneTest) {
+    if (emulated()) {
+        GTEST_SKIP() << "the emulator limits no memory";
+    }
+    const std::vector<FaultRow> table = {
+        {"zylsTrimC_8u", "memory", "EXCPTFAIL", 0, "--",
+         "--ZYL. Exception: std::bad_alloc in zylFunctionCalls"},
+        {"zylsTrimC_8u_I", "memory", "EXCPTFAIL", 0, "--",
+         "--ZYL. Exception: std::bad_alloc in zylFunctionCalls"},
+        {"zylsUppercaseLatin_8u", "", "DATAWRN", 1, "--", "-- Memory fault: can't allocate 16777216 bytes"},
+    };
+    expectFaults(table, "Number of tests=3 Failures=3 Fails=2 -EXCPTFAIL=2 Notes=1 -NOTE=1 ",
+                 {"-dVectorLength=64; 16777216"});
+}
+
 TEST_F(Faults, TheWatchdogEndsACombination) {
     const std::vector<FaultRow> table = {
         {"zylsCompare_8u", "hang@22", "EXCPTFAIL", 1, "--",

@@ -251,6 +251,7 @@ int mrTest::countedResult(int result) {
 
 void mrTest::loopData() {
     m_first = true;
+    m_withoutMemory = false;
     const mrString trace = g_trace.text();
     g_cstrm.identicalLinesStart(m_numParmsColm);
     bool constantsOpen = true;
@@ -267,13 +268,19 @@ void mrTest::loopData() {
         leavableStep("flushData", [this] { flushData(); });
         mrStop::endCombination();
     } while (!mrIsFail(m_currentResult) && !mrStop::asked());
+    if (m_withoutMemory) {
+        // Counts at every console level, as the line that told it shows at every level.
+        raiseResult(MR_DATA_NOTE);
+    }
     closeTable();
 }
 
 /// Builds the data of one combination, times it and puts the result out. A combination without data is passed
 /// over.
 void mrTest::measureCombination(bool& constantsOpen) {
+    const int refused = mrRefusedBlocks();
     if (!leavableStep("initData", [this] { return initData(); })) {
+        m_withoutMemory = m_withoutMemory || mrRefusedBlocks() != refused;
         return;
     }
     if (constantsOpen) {
