@@ -102,7 +102,7 @@ TEST(OutputFiles, WhatCanNotBeWrittenIsToldOnceAndStopsNothing) {
     const std::pair<std::string, Cells> rows[] = {
         {"<metrig> -r/dev/full -u/dev/full -g/dev/full -o/dev/full >/dev/full",
          {"-- Can't write file stdout: No space left on device", full, full, full, full}},
-        {"<metrig> <&- >&- 2>&-", {}},
+        {"<metrig> >&- 2>&-", {}},
         {"<metrig> | true", {"-- Can't write file stdout: Broken pipe"}},
         {"head -c 8000 /dev/zero >big.csv; ulimit -f 16; <metrig> -Rbig >/dev/null",
          {"-- Can't write file <folder>/big.csv: File too large"}},
