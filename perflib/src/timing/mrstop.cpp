@@ -19,7 +19,7 @@ constexpr double LongestWatch = 1e8;
 volatile std::sig_atomic_t stopAsked = 0;
 volatile std::sig_atomic_t asking = 0;
 volatile std::sig_atomic_t questionLeft = 0;
-double lastRequest = -SameRequest;  ///< a moment; of the handlers alone, which do not interrupt each other
+double lastRequest = -SameRequest;  ///< its moment; of the handlers alone, which take turns
 double watchdogSeconds = 0.0;
 
 timer_t timer;
@@ -58,14 +58,17 @@ void requestStop(int code) {
         return;
     }
     const double now = moment();
-    const bool same = now - lastRequest < SameRequest;
+    // Behind a question that was left, only another SIGINT can be the same: the others end the run.
+    if (now - lastRequest < SameRequest && (stopAsked != 0 || code == SIGINT)) {
+        return;
+    }
+    if (stopAsked != 0) {
+        mrDefaultCourse(code);
+        return;
+    }
     lastRequest = now;
     if (asking != 0 && code == SIGINT) {
         questionLeft = 1;
-    } else if (same && (stopAsked != 0 || code == SIGINT)) {
-        return;
-    } else if (stopAsked != 0) {
-        mrDefaultCourse(code);
     } else {
         stopAsked = 1;
         startTimer(Grace);
@@ -78,11 +81,10 @@ void timeIsOver(int code) {
     }
 }
 
-/// Without SA_RESTART, so that a question on the console ends too.
-void installHandler(int code, void (*handler)(int)) {
+void installHandler(int code, void (*handler)(int), int flags) {
     struct sigaction action = {};
     action.sa_handler = handler;
-    action.sa_flags = SA_ONSTACK;
+    action.sa_flags = SA_ONSTACK | flags;
     for (const int stop : mrStop::Requests) {
         sigaddset(&action.sa_mask, stop);
     }
@@ -99,10 +101,10 @@ bool isIgnored(int code) {
 void mrStop::install() {
     for (const int code : Requests) {
         if (!isIgnored(code)) {
-            installHandler(code, requestStop);
+            installHandler(code, requestStop, 0);  // without SA_RESTART: a question on the console ends too
         }
     }
-    installHandler(TimeSignal, timeIsOver);
+    installHandler(TimeSignal, timeIsOver, SA_RESTART);
     sigevent event = {};
     event.sigev_notify = SIGEV_SIGNAL;
     event.sigev_signo = TimeSignal;
