@@ -8,8 +8,8 @@
 #include "output/mristream.h"
 #include "output/mrreport.h"
 #include "output/mrreportformat.h"
+#include "session/mrwatchdog.h"
 #include "system/mrinfotest.h"
-#include "timing/mrstop.h"
 
 mrSession::~mrSession() {
     for (const mrOption* option : m_options) {
@@ -90,7 +90,7 @@ int mrSession::runTests() {
     if ((m_askMode & AskEachTest) == 0) {
         g_istrm.setIStream(nullptr);
     }
-    mrStop::readWatchdog();
+    mrReadWatchdog();
     if (g_pHotList == nullptr) {
         g_pHotList = new mrStringList;
     }

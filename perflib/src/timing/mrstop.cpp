@@ -1,10 +1,8 @@
 #include "timing/mrstop.h"
 
 #include <csignal>
-#include <cstdlib>
 #include <ctime>
 
-#include "output/mrostream.h"
 #include "timing/mrsignal.h"
 
 namespace {
@@ -14,7 +12,7 @@ constexpr const char* WatchdogText = "METRIG_WATCHDOG: the time of a combination
 
 constexpr double SameRequest = 1.0;  // seconds
 constexpr double Grace = 2.0;
-constexpr double LongestWatch = 1e8;
+constexpr double LongestWatch = 1e8;  // what the timer holds
 
 volatile std::sig_atomic_t stopAsked = 0;
 volatile std::sig_atomic_t asking = 0;
@@ -123,18 +121,8 @@ bool mrStop::endQuestion() {
     return questionLeft == 0 && stopAsked == 0;
 }
 
-void mrStop::readWatchdog() {
-    const char* variable = std::getenv("METRIG_WATCHDOG");
-    if (variable == nullptr) {
-        return;
-    }
-    char* end = nullptr;
-    const double seconds = std::strtod(variable, &end);
-    if (*end != '\0' || !(seconds >= 0.0 && seconds <= LongestWatch)) {
-        g_ostrm << MSG_ERR << "-- METRIG_WATCHDOG is no number of seconds: " << variable << "\n" << MSG_END;
-        return;
-    }
-    watchdogSeconds = seconds;
+void mrStop::setWatchdog(double seconds) {
+    watchdogSeconds = seconds < LongestWatch ? seconds : LongestWatch;
 }
 
 void mrStop::beginCombination() {

@@ -28,9 +28,8 @@ class mrStop {
         return endQuestion();
     }
 
-    /// Reads METRIG_WATCHDOG, the most seconds of a combination; unset or 0 for no limit. What is no number
-    /// is told.
-    static void readWatchdog();
+    /// The most seconds of a combination; 0, as at the start, for no limit.
+    static void setWatchdog(double seconds);
     /// Around a combination: the watchdog's time runs. An end without a beginning does no harm.
     static void beginCombination();
     static void endCombination();
