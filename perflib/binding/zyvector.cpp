@@ -60,6 +60,9 @@ bool zyVector::allocateVector(long long bytes, int align, mrObject* owner) {
     deleteVector();
     if (bytes < 1 || bytes > INT_MAX) {
         g_ostrm << MSG_ERR << "-- Memory fail: can't allocate " << mrText(bytes) << " bytes\n" << MSG_END;
+        if (bytes > INT_MAX) {
+            mrCountRefusedBlock();
+        }
         return false;
     }
     int distance = align;

@@ -9,6 +9,7 @@
 #include "output/mristream.h"
 #include "output/mrreport.h"
 #include "output/mrreportformat.h"
+#include "session/mrwatchdog.h"
 #include "system/mrinfotest.h"
 #include "timing/mrturns.h"
 
@@ -106,6 +107,7 @@ int mrSession::runTests() {
     if ((m_askMode & AskEachTest) == 0) {
         g_istrm.setIStream(nullptr);
     }
+    mrReadWatchdog();
     if (g_pHotList == nullptr) {
         g_pHotList = new mrStringList;
     }

@@ -106,6 +106,7 @@ TEST(OutputFiles, WhatCanNotBeWrittenIsToldOnceAndStopsNothing) {
          {"-- Can't write file stdout: No space left on device", full, full, full, full}},
         {"mkfifo pipe; : <pipe & <metrig> -R<folder>pipe | true",
          {"-- Can't write file stdout: Broken pipe", "-- Can't write file <folder>/pipe: Broken pipe"}},
+        {"<metrig> >&- 2>&-", {}},
         {"head -c 8000 /dev/zero >big.csv; ulimit -f 16; <metrig> -Rbig >/dev/null",
          {"-- Can't write file <folder>/big.csv: File too large"}},
     };

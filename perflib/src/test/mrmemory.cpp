@@ -34,6 +34,7 @@ constexpr int RawPointerDistance = 128;
 constexpr int SpareBytes = 256;
 
 AddressList* pAddressList = nullptr;
+int refusedBlocks = 0;
 int VectorShift = 512;
 int VectorAlign = 0;
 bool AlignSrc = true;
@@ -96,6 +97,7 @@ void* mrMalloc(int size, int align, int shift, mrObject* object) {
                                static_cast<std::uint64_t>(offset > 0 ? offset : 0);
     auto* raw = room > SIZE_MAX ? nullptr : static_cast<char*>(std::malloc(static_cast<std::size_t>(room)));
     if (raw == nullptr) {
+        mrCountRefusedBlock();
         return noMemory(size);
     }
     char* base = baseOf(raw);
@@ -113,6 +115,10 @@ void* mrMalloc(void*& out, int size, int align, int shift) {
     out = mrMalloc(size, align, shift, nullptr);
     return out;
 }
+
+int mrRefusedBlocks() { return refusedBlocks; }
+
+void mrCountRefusedBlock() { ++refusedBlocks; }
 
 void mrFree(void* block) {
     if (pAddressList == nullptr) {

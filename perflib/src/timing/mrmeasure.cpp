@@ -9,7 +9,9 @@
 #include "session/mrbinding.h"
 #include "test/mrtest.h"
 #include "timing/mrfloat.h"
+#include "timing/mrleftstate.h"
 #include "timing/mrpriority.h"
+#include "timing/mrsignal.h"
 
 namespace {
 
@@ -24,6 +26,15 @@ constexpr int LeastCalls = 1;
 long long wholeClocks(double figure) {
     constexpr double Limit = 9.2e18;
     return static_cast<long long>(std::fmin(std::fmax(figure, -Limit), Limit));
+}
+
+/// Calls an entry, which may be given up, and puts right what all code behind it needs.
+template <class Entry>
+mrResult calledEntry(Entry entry) {
+    const tsSignal::Leavable leavable;
+    const mrResult result = entry();
+    mrRestoreAfterCall();
+    return result;
 }
 
 long long elapsed(Zyl64u start, Zyl64u stop) { return static_cast<long long>(stop - start); }
@@ -44,12 +55,14 @@ void mrTool::ctrlStop() {
 template <class Entry>
 mrResult mrTool::watchedCall(Entry entry) {
     ctrlStart();
+    const mrControlWords words;
     g_trace.traceIn("zylFunctionCalls");
     mrSetPriority(m_priority);
-    const mrResult result = entry();
+    const mrResult result = calledEntry(entry);
     mrResetPriority();
     g_trace.traceOut("zylFunctionCalls");
     ctrlStop();
+    words.restore();
     return result;
 }
 
@@ -77,7 +90,9 @@ mrResult mrTool::measureOnce(int& n, double least, bool prior) {
     }
     if (m_setAndUse) {
         return mrTraced("zylFunctionCalls", [&] {
-            return prior ? timCall_Loop(n, &m_numClocks, true) : timCall_Stat(&n, &m_numClocks, true);
+            return calledEntry([&] {
+                return prior ? timCall_Loop(n, &m_numClocks, true) : timCall_Stat(&n, &m_numClocks, true);
+            });
         });
     }
     if (m_ibs && m_funcInit != nullptr) {
@@ -113,7 +128,7 @@ void mrTool::runTimFuncStat(long long clocks, int* numCalls, double* funcClocks)
             m_result = MR_NOT_RUN;
             return;
         }
-        result = timCall_Stat(numCalls, &clocks, true);
+        result = calledEntry([&] { return timCall_Stat(numCalls, &clocks, true); });
     } else {
         result = watchedCall([&] {
             return m_funcStat != nullptr ? m_funcStat(numCalls, &clocks, numIntLoops)

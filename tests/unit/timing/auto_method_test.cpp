@@ -75,6 +75,13 @@ TEST_F(AutoMethod, EndsWithAFailOfTheEntry) {
     EXPECT_EQ(answering({MR_OK, MR_OK, MR_LIB_FAIL}), "L1 L32 L128 = 1000 nLps=128 !9");
     EXPECT_EQ(answering({MR_ACCURACY_FAIL, MR_OK}), "L1 L10 = 1000  !7");
     EXPECT_EQ(answering({MR_LIB_NOTE, MR_OK}), "L1 L32 L128 = 1000 nLps=128 !5");
+    // A call that fails at once leaves no count to double, at the first iteration or at a later one.
+    tool.m_setAndUse = true;
+    statuses = {0, 0, 0, 0, -8};
+    EXPECT_EQ(course({25000, 26000}, "C"), "C*5 = 26000  !7");
+    statuses.assign(10, 0);
+    statuses.push_back(-8);
+    EXPECT_EQ(course({25000, 26000}, "C"), "C*14 = 26000  !7");
 }
 
 TEST_F(AutoMethod, OneStatisticMeasurementStandsForTheIteration) {
