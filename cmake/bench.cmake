@@ -15,6 +15,8 @@ target_link_libraries(bench_boundary PRIVATE steps)
 add_bench(framework)
 add_bench(walks ${suite_sources})
 target_include_directories(bench_walks PRIVATE perf)
+add_bench(paths ${suite_sources})
+target_include_directories(bench_paths PRIVATE perf)
 
 # Google Benchmark is there in the machine's own width alone.
 if(CMAKE_SIZEOF_VOID_P EQUAL 8)

@@ -32,6 +32,10 @@ endif()
 # RUNPATH and not RPATH: LD_LIBRARY_PATH must be able to put another library in place.
 add_link_options(-Wl,--enable-new-dtags)
 
+# All functions are looked up at the start: a library that lacks one is named before anything was written, and
+# no first call pays for the search.
+add_link_options(-Wl,-z,now)
+
 add_library(metrig_warnings INTERFACE)
 target_compile_options(metrig_warnings INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion $<$<BOOL:${METRIG_WERROR}>:-Werror>)

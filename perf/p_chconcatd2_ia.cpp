@@ -97,9 +97,9 @@ class TimsConcatD2L : public zyTest {
             }
             offset += piece;
             const auto at = static_cast<std::size_t>(i);
-            srcLen[at] = zyLength(piece);
+            srcLen[at] = static_cast<int>(piece);
             src[at].init(func, zyArgSrc);
-            if (!src[at].createVectorExt(srcLen[at], mrGetVectorShift(i), SetDefault, 0.0, 0.0)) {
+            if (!src[at].createVectorExt(piece, mrGetVectorShift(i), SetDefault, 0.0, 0.0)) {
                 return false;
             }
             pSrc[at] = src[at].data<Zyl8u>();

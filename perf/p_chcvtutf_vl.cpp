@@ -1,6 +1,8 @@
 // UTF conversion of random code points over the whole range: mostly four bytes of UTF-8 and two units of
 // UTF-16, with the lone surrogates that chance brings.
 
+#include <cstring>
+
 #include "p_common.h"
 #include "zy.h"
 
@@ -38,14 +40,23 @@ ZY_ENTRY int tcall_zylsConvertUTF_16u8u() {
     return zylsConvertUTF_16u8u(static_cast<Zyl16u*>(pSrc), &srcLen, static_cast<Zyl8u*>(pDst), &dstLen, 0);
 }
 
+// The code points may be misaligned, so they are moved as bytes.
+
+Zyl32u pointAt(int index) {
+    Zyl32u point = 0;
+    std::memcpy(&point, srcUni.getPointerAt(index), sizeof point);
+    return point;
+}
+
 /// Lifts the second of a surrogate pair above the range, so that no two neighbours form a pair; lone ones
 /// stay.
-void cleanSurrogates(Zyl32u* points, int count) {
+void cleanSurrogates(int count) {
     for (int i = 0; i + 1 < count; ++i) {
-        const bool high = points[i] >= 0xD800 && points[i] <= 0xDBFF;
-        const bool low = points[i + 1] >= 0xDC00 && points[i + 1] <= 0xDFFF;
+        const Zyl32u next = pointAt(i + 1);
+        const bool high = pointAt(i) >= 0xD800 && pointAt(i) <= 0xDBFF;
+        const bool low = next >= 0xDC00 && next <= 0xDFFF;
         if (high && low) {
-            points[i + 1] += 0xDC00;
+            srcUni.setIndex(i + 1, SetValue, next + 0xDC00, 0.0);
         }
     }
 }
@@ -83,16 +94,15 @@ class TimsCvtUTF : public zyTest {
         const int count = g_vectorLength.value();
         srcLen = count;
         if (!srcUni.createVector(count, SetRandomRange, 0.0, LastCodePoint) ||
-            !srcU8.createVector(zyLength(1LL * LongestUTF8 * count), SetZero, 0.0, 0.0) ||
-            !dstU16.createVector(LongestUTF16 * count, SetZero, 0.0, 0.0) ||
-            !dstU8.createVector(LongestUTF8 * count, SetZero, 0.0, 0.0)) {
+            !srcU8.createVector(1LL * LongestUTF8 * count, SetZero, 0.0, 0.0) ||
+            !dstU16.createVector(1LL * LongestUTF16 * count, SetZero, 0.0, 0.0) ||
+            !dstU8.createVector(1LL * LongestUTF8 * count, SetZero, 0.0, 0.0)) {
             return false;
         }
-        auto* points = srcUni.data<Zyl32u>();
-        cleanSurrogates(points, count);
+        cleanSurrogates(count);
         srcU8Len = 0;
         for (int i = 0; i < count; ++i) {
-            srcU8Len += encodeUTF8(points[i], srcU8.data<Zyl8u>() + srcU8Len);
+            srcU8Len += encodeUTF8(pointAt(i), srcU8.data<Zyl8u>() + srcU8Len);
         }
         if (m_from8) {
             dstLen = LongestUTF16 * count;

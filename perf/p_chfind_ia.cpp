@@ -65,10 +65,11 @@ class TimsFind : public zyTest {
         len = g_vectorLength.value();
         lenFind = lenFindArg.value();
         // A substring of one byte would let the near misses below step by nothing, one of none step back.
-        if (lenFind >= len || (!m_hasC && (lenFind == 0 || lenFind == 1))) {
+        const bool stepsBack = lenFind == 0 && !m_hasC && hardSearch.value() != 0 && hasNearMisses();
+        if (lenFind >= len || (!m_hasC && lenFind == 1) || stepsBack) {
             return false;
         }
-        if (!src.createVector(zyLength(len + 1LL), -1) || !fnd.createVector(lenFind + 1, -1)) {
+        if (!src.createVector(len + 1LL, -1) || !fnd.createVector(lenFind + 1, -1)) {
             return false;
         }
         fnd.setConst(1.0, 0.0);
@@ -120,13 +121,19 @@ class TimsFind : public zyTest {
         }
     }
 
+    /// False for a text that is too short for any.
+    bool hasNearMisses() const { return m_hasRev ? len - 2 > len / 2 : len >= 4; }
+
     /// Before the match, stretches that are one byte short of it.
     void layOutHard() const {
+        if (!hasNearMisses()) {
+            return;
+        }
         if (m_hasRev) {
             for (int i = len - 2; i > len / 2; i -= lenFind - 1) {
                 put(i, 2.0);
             }
-        } else if (len >= 4) {
+        } else {
             for (int i = 1; i < len / 2; i += lenFind - 1) {
                 put(i, 2.0);
             }

@@ -45,7 +45,7 @@ class TimchInsert : public zyTest {
 
     bool initData() override {
         const int length = g_vectorLength.value();
-        const int buffer = layOut(length);
+        const long long buffer = layOut(length);
         if (!src.createVectorExt(buffer, 0, SetDefault, 0.0, 0.0) ||
             !insert.createVectorExt(subLen, mrGetVectorShift(), SetDefault, 0.0, 0.0) ||
             !dst.createVectorExt(buffer, mrGetVectorShift(2), SetDefault, 0.0, 0.0)) {
@@ -73,19 +73,21 @@ class TimchInsert : public zyTest {
     mrString getUnit() override { return "e"; }
 
   private:
-    /// Sets lengths and place; returns the length of the buffers.
-    int layOut(int length) const {
+    /// Sets lengths and place; returns the length of the buffers. What no int holds can't be had as a buffer,
+    /// so srcLen may be anything then.
+    long long layOut(int length) const {
         const int half = length >> 1;
         subLen = half;
         if (func.inplace()) {
             startIndex = half;
-            const int twice = zyLength(2LL * length);
-            srcLen = m_insert ? length : twice;
+            const long long twice = 2LL * length;
+            srcLen = m_insert ? length : static_cast<int>(twice);
             return twice;
         }
         startIndex = length / 4;
-        srcLen = m_insert ? half : zyLength(static_cast<long long>(length) + half);
-        return m_insert ? length & ~1 : srcLen;
+        const long long whole = static_cast<long long>(length) + half;
+        srcLen = m_insert ? half : static_cast<int>(whole);
+        return m_insert ? length & ~1 : whole;
     }
 
     bool m_insert = false;

@@ -4,6 +4,7 @@
 #include "output/mrtrace.h"
 #include "session/mrbinding.h"
 #include "test/mrmemory.h"
+#include "timing/mrleftstate.h"
 #include "zyvector.h"
 
 namespace {
@@ -72,6 +73,11 @@ void zyTest::regCacheParm(mrIterator<ZyliSize>& size, mrObject* object, mrCacheC
     } else {
         m_parms.append(&size);
     }
+}
+
+mrResult zyTest::checkStatus(int status, const char* name) {
+    mrRestoreAfterCall();
+    return checkStatus(status, mrString(name));
 }
 
 int zyTest::printAllMemoryBlocks(mrString title) {

@@ -60,6 +60,9 @@ bool zyVector::allocateVector(long long bytes, int align, mrObject* owner) {
     deleteVector();
     if (bytes < 1 || bytes > INT_MAX) {
         g_ostrm << MSG_ERR << "-- Memory fail: can't allocate " << mrText(bytes) << " bytes\n" << MSG_END;
+        if (bytes > INT_MAX) {
+            mrCountRefusedBlock();
+        }
         return false;
     }
     int distance = align;
@@ -75,16 +78,16 @@ bool zyVector::allocateVector(long long bytes, int align, mrObject* owner) {
     return true;
 }
 
-bool zyVector::createVector(int len, int align, mrObject* owner) {
-    if (!allocateVector(static_cast<long long>(itemSize()) * len, align, owner)) {
+bool zyVector::createVector(long long len, int align, mrObject* owner) {
+    if (!allocateVector(itemSize() * len, align, owner)) {
         return false;
     }
-    m_len = len;
+    m_len = static_cast<int>(len);
     setConst();
     return true;
 }
 
-bool zyVector::createVectorExt(int len, int align, SetMode mode, double a, double b) {
+bool zyVector::createVectorExt(long long len, int align, SetMode mode, double a, double b) {
     if (!createVector(len, align)) {
         return false;
     }

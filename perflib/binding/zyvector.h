@@ -1,6 +1,5 @@
 #pragma once
 
-#include <climits>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
@@ -17,14 +16,9 @@ enum SetMode : int {
     SetMax = 3,
     SetMin = 4,
     SetValue = 5,
-    SetRandomRange = 6,  ///< between the two values; over the whole range of the type if they are equal
+    SetRandomRange = 6,  ///< between the two values; if they are equal, as setRandom() without limits
     SetRamp = 7,         ///< from the first value to the second, again and again
 };
-
-/// For lengths that a suite works out: what no int holds becomes -1, which createVector refuses.
-constexpr int zyLength(long long elements) {
-    return elements < INT_MIN || elements > INT_MAX ? -1 : static_cast<int>(elements);
-}
 
 /// A block of test data of one type, an argument of a function under test: it allocates itself as a block of
 /// the memory list, fills itself by simple patterns, keeps a copy to restore the data between runs, and
@@ -60,11 +54,11 @@ class zyVector : public mrObject {
     /// holds, and without memory.
     bool allocateVector(long long bytes, int align, mrObject* owner);
     /// New data of `len` elements with the values of setConst(), or of `mode`.
-    bool createVector(int len, int align, mrObject* owner = nullptr);
-    bool createVector(int len, SetMode mode, double a, double b) {
+    bool createVector(long long len, int align, mrObject* owner = nullptr);
+    bool createVector(long long len, SetMode mode, double a, double b) {
         return createVectorExt(len, -1, mode, a, b);
     }
-    bool createVectorExt(int len, int align, SetMode mode, double a, double b);
+    bool createVectorExt(long long len, int align, SetMode mode, double a, double b);
     virtual void deleteVector();
 
     /// 2, and 1.00001 for floating types, in both parts.
@@ -96,7 +90,8 @@ class zyVector : public mrObject {
     virtual int size() const { return itemSize() * m_len; }
     virtual void* getReservedData() { return m_reserved.get(); }
     virtual void setVector(SetMode mode, double a, double b);
-    /// One element alone: the extremes in the real part only, and the ramp's first value.
+    /// One element alone: the extremes and the ramp's first value in the real part only, and one random
+    /// number there too, over the whole range of the type if the two values are equal.
     virtual void setIndex(int index, SetMode mode, double a, double b);
     virtual double getIndex(int index) const { return getElement(getPointerAt(index)); }
     virtual void getIndex(int index, double& re, double& im) const {
@@ -147,6 +142,4 @@ class zyVector : public mrObject {
     int itemSize() const { return zyItemSize(m_type); }
     bool isFloat() const { return (m_type & zyTypeFloat) != 0; }
     double defaultValue() const;
-    /// The limits of random numbers: those given, or the default ones if both are equal.
-    void randomLimits(double& lo, double& hi) const;
 };

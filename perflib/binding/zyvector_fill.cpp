@@ -60,6 +60,26 @@ class Random {
     std::uint32_t m_z = 1131199209u;
 };
 
+/// Numbers between two limits, which are cut to the range of the vector's type. Goes on from the seed that
+/// the generator before left, and leaves its own.
+class RandomBetween {
+  public:
+    RandomBetween(const zyVector& vector, double lo, double hi)
+        : m_bottom(std::max(lo, vector.minValue())), m_top(std::min(hi, vector.maxValue())) {}
+    RandomBetween(const RandomBetween&) = delete;
+    RandomBetween& operator=(const RandomBetween&) = delete;
+    ~RandomBetween() { zyVector::m_seed = m_random.state(); }
+
+    double next() { return m_random.next() * m_scale + m_mid; }
+
+  private:
+    double m_bottom;
+    double m_top;
+    double m_scale = (m_top - m_bottom) * 2.3283064365387e-10;  // by 2 to the power 32
+    double m_mid = (m_bottom + m_top) * 0.5;
+    Random m_random{zyVector::m_seed};
+};
+
 }  // namespace
 
 double zyVector::defaultValue() const { return isFloat() ? FloatDefault : IntegerDefault; }
@@ -160,18 +180,12 @@ void zyVector::setDataSequence(void* data, int count, double a, double b, double
     });
 }
 
-void zyVector::randomLimits(double& lo, double& hi) const {
-    if (lo == hi) {
-        lo = isFloat() ? -1.0 : minValue();
-        hi = isFloat() ? 1.0 : maxValue();
-    }
-}
-
 void zyVector::setRandom() {
-    double lo = 0.0;
-    double hi = 0.0;
-    randomLimits(lo, hi);
-    setRandom(lo, hi);
+    if (isFloat()) {
+        setRandom(-1.0, 1.0);
+    } else {
+        setRandom(minValue(), maxValue());
+    }
 }
 
 void zyVector::setRandom(double lo, double hi) {
@@ -186,13 +200,8 @@ void zyVector::setRandom(double lo, double hi, unsigned int seed) {
 }
 
 void zyVector::setDataRandom(void* data, int count, double lo, double hi) const {
-    const double bottom = std::max(lo, minValue());
-    const double top = std::min(hi, maxValue());
-    const double scale = (top - bottom) * 2.3283064365387e-10;  // by 2 to the power 32
-    const double mid = (bottom + top) * 0.5;
-    Random random(m_seed);
-    fill(m_type, data, count, [&](bool) { return random.next() * scale + mid; });
-    m_seed = random.state();
+    RandomBetween random(*this, lo, hi);
+    fill(m_type, data, count, [&](bool) { return random.next(); });
 }
 
 void zyVector::setVector(SetMode mode, double a, double b) {
@@ -210,8 +219,7 @@ void zyVector::setVector(SetMode mode, double a, double b) {
         case SetValue:
             return setConst(a, b);
         case SetRandomRange:
-            randomLimits(a, b);
-            return setRandom(a, b);
+            return a == b ? setRandom() : setRandom(a, b);
         case SetRamp: {
             const double step = (b - a) / (m_len > 0 ? m_len : RampLength);
             return setSequence(a, b, isFloat() ? step : std::max(step, 1.0), true);
@@ -237,9 +245,11 @@ void zyVector::setIndex(int index, SetMode mode, double a, double b) {
             return setDataConst(element, 1, minValue(), 0);
         case SetValue:
             return setDataConst(element, 1, a, b);
-        case SetRandomRange:
-            randomLimits(a, b);
-            return setDataRandom(element, 1, a, b);
+        case SetRandomRange: {
+            const double lo = a == b ? minValue() : a;
+            const double hi = a == b ? maxValue() : b;
+            return setDataConst(element, 1, RandomBetween(*this, lo, hi).next(), 0);
+        }
         case SetRamp:
             return setDataConst(element, 1, a, 0);
     }

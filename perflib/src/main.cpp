@@ -1,11 +1,28 @@
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <exception>
 
 #include "mr.h"
 #include "output/mrtrace.h"
 #include "test/mrmemory.h"
 #include "timing/mrfloat.h"
+#include "timing/mrreserve.h"
 
 namespace {
+
+/// A standard descriptor that was closed at the start would be given to the first file that is opened, and
+/// the console's lines would go into it.
+void openStandardDescriptors() {
+    for (int number = STDIN_FILENO; number <= STDERR_FILENO; ++number) {
+        if (fcntl(number, F_GETFD) < 0) {
+            open("/dev/null", O_RDWR);  // gets the lowest number that is free: this one
+        }
+    }
+}
+
+/// Goes before every initialiser, also those of the libraries.
+[[gnu::section(".preinit_array"), gnu::used]] void (*const beforeAll)() = openStandardDescriptors;
 
 void runSession(int argc, char** argv) {
     try {
@@ -22,6 +39,7 @@ void runSession(int argc, char** argv) {
 /// Always 0: what failed stands in the reports, and a batch of runs is not to stop at one of them.
 int main(int argc, char** argv) {
     mrFlushToZero();
+    mrKeepReserve();
     g_trace.traceIn("main");
     if (pSession == nullptr) {
         pSession = new mrSession;

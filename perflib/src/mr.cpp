@@ -9,6 +9,7 @@
 #include "output/mristream.h"
 #include "output/mrreport.h"
 #include "output/mrreportformat.h"
+#include "session/mrwatchdog.h"
 #include "system/mrinfotest.h"
 #include "timing/mrturns.h"
 
@@ -106,6 +107,7 @@ int mrSession::runTests() {
     if ((m_askMode & AskEachTest) == 0) {
         g_istrm.setIStream(nullptr);
     }
+    mrReadWatchdog();
     if (g_pHotList == nullptr) {
         g_pHotList = new mrStringList;
     }
@@ -161,7 +163,7 @@ void mrSession::outputSignal() {
     if (m_sglName.empty()) {
         return;
     }
-    o_stream file(m_sglName, IO_WRITE | IO_NOPATH, false);
+    o_stream file(m_sglName, IO_WRITE | IO_NOPATH, true);
     if (file.isOpen()) {
         const mrDate& date = pTestList->m_date;
         file << mrReportFormat::getTimeStr(date.seconds()) + "\n" + mrDate::text(date.stopTime()) + "\n\n";

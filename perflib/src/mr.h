@@ -117,6 +117,7 @@ class mrSession {
     bool readCfgFile(mrString& line, mrString& name);
     void setPaths();
     void expandFileKeys();
+    void keepFilesApart();
 
     /// Connects the console for one group of questions, under a title, or takes it away. Returns the bit if
     /// it asks.
@@ -130,6 +131,7 @@ class mrSession {
     bool m_quickMode = false;
     int m_enumMode = 0;  ///< NoEnumeration, else the mode of listTests
     int m_unopened = 0;
+    mrStringList m_keyFiles;
     mrString m_iniName;
     bool m_iniWrite = false;
     mrString m_cmdText;  ///< report of the option pass

@@ -4,8 +4,12 @@
 
 #include <dlfcn.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
+#include <unistd.h>
+#include <xmmintrin.h>
 #include <zylch.h>
 
+#include <clocale>
 #include <csignal>
 #include <cstdint>
 #include <cstdio>
@@ -34,11 +38,43 @@ void bus() {
         mmap(nullptr, 1, PROT_READ, MAP_PRIVATE, memfd_create("empty", 0), 0));
 }
 
-void throwException() { throw std::bad_alloc(); }
+void trap() { asm volatile("int3"); }
+void refusedCall() { std::raise(SIGSYS); }
 
-void terminate() { std::raise(SIGTERM); }
+void throwException() { throw std::bad_alloc(); }
+void throwNumber() { throw 3; }
+/// Takes all that the process may have, and keeps it.
+void useUpMemory() {
+    std::size_t pages = 0;
+    std::fscanf(std::fopen("/proc/self/statm", "r"), "%zu", &pages);
+    const rlimit limit = {pages * 4096 + 0x4000000, RLIM_INFINITY};
+    setrlimit(RLIMIT_AS, &limit);
+    for (std::size_t size = 0x1000000; size > 8; size /= 2) {
+        void* volatile block = nullptr;
+        do {
+            block = std::malloc(size);
+        } while (block != nullptr);
+    }
+    throw std::bad_alloc();
+}
+
+void neverReturn() {
+    for (;;) {
+        pause();
+    }
+}
+/// As "timeout" does: to the process, and to its group.
+void terminateTwice() {
+    std::raise(SIGTERM);
+    std::raise(SIGTERM);
+}
+void hangUp() {
+    std::raise(SIGHUP);
+    neverReturn();
+}
 void interruptTwice() {
     std::raise(SIGINT);
+    usleep(1100000);
     std::raise(SIGINT);
 }
 void kill() { std::raise(SIGKILL); }
@@ -55,6 +91,25 @@ void overflow() { sink = static_cast<unsigned char>(deeper("")); }
 void flagSse() { result = 1.0F / zero; }
 /// Flags an invalid operation in the x87 status.
 void flag87() { asm volatile("fldz\n\tfldz\n\tfdivp\n\tfstp %%st(0)" ::: "st", "st(1)"); }
+
+void leaveMmx() { asm volatile("pxor %%mm0, %%mm0" ::: "mm0"); }
+void leaveDirection() { asm volatile("std"); }
+void unmaskSse() { _mm_setcsr(_mm_getcsr() & ~0x1F80U); }
+void blockSignals() {
+    sigset_t all;
+    sigfillset(&all);
+    sigprocmask(SIG_BLOCK, &all, nullptr);
+}
+void takeHandlers() {
+    for (const int signal : {SIGSEGV, SIGFPE, SIGTERM}) {
+        std::signal(signal, SIG_DFL);
+    }
+}
+void takeSignalStack() {
+    const stack_t none = {nullptr, SS_DISABLE, 0};
+    sigaltstack(&none, nullptr);
+}
+void changeLocale() { std::setlocale(LC_ALL, "C.UTF-8"); }
 
 /// Leaves other rounding and masks behind.
 void changeControl() {
@@ -86,13 +141,39 @@ struct Kind {
 };
 
 constexpr Kind kinds[] = {
-    {"read", read, {}},         {"write", write, {}},           {"jump", jump, {}},
-    {"overflow", overflow, {}}, {"divide", divide, {}},         {"illegal", illegal, {}},
-    {"bus", bus, {}},           {"abort", std::abort, {}},      {"sse", flagSse, {}},
-    {"x87", flag87, {}},        {"control", changeControl, {}}, {"state", tellState, {}},
-    {"overrun", overrun, {}},   {"nothing", nullptr, 0},        {"negative", nullptr, -8},
-    {"positive", nullptr, 5},   {"terminate", terminate, {}},   {"interrupt", interruptTwice, {}},
-    {"kill", kill, {}},         {"throw", throwException, {}},
+    {"read", read, {}},
+    {"write", write, {}},
+    {"jump", jump, {}},
+    {"overflow", overflow, {}},
+    {"divide", divide, {}},
+    {"illegal", illegal, {}},
+    {"bus", bus, {}},
+    {"abort", std::abort, {}},
+    {"trap", trap, {}},
+    {"syscall", refusedCall, {}},
+    {"throw", throwException, {}},
+    {"number", throwNumber, {}},
+    {"memory", useUpMemory, {}},
+    {"hang", neverReturn, {}},
+    {"sse", flagSse, {}},
+    {"x87", flag87, {}},
+    {"control", changeControl, {}},
+    {"state", tellState, {}},
+    {"mmx", leaveMmx, {}},
+    {"direction", leaveDirection, 0},
+    {"unmask", unmaskSse, {}},
+    {"mask", blockSignals, {}},
+    {"handlers", takeHandlers, {}},
+    {"stack", takeSignalStack, {}},
+    {"locale", changeLocale, {}},
+    {"overrun", overrun, {}},
+    {"nothing", nullptr, 0},
+    {"negative", nullptr, -8},
+    {"positive", nullptr, 5},
+    {"terminate", terminateTwice, {}},
+    {"hangup", hangUp, {}},
+    {"interrupt", interruptTwice, {}},
+    {"kill", kill, {}},
 };
 
 /// One function of the library and what it is told to do.
@@ -157,6 +238,7 @@ FAULT(zylsInsert_8u, (const Zyl8u* src, int len, const Zyl8u* ins, int lenIns, Z
       len, ins, lenIns, dst, start)
 FAULT(zylsRemove_8u, (const Zyl8u* src, int len, Zyl8u* dst, int start, int count), src, len, dst, start,
       count)
+FAULT(zylsTrimC_8u_I, (Zyl8u * srcDst, int* len, Zyl8u value), srcDst, len, value)
 FAULT(zylsTrimC_8u, (const Zyl8u* src, int len, Zyl8u value, Zyl8u* dst, int* lenDst), src, len, value, dst,
       lenDst)
 

@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <array>
 
 #include "tables.h"
@@ -102,16 +104,19 @@ TEST(OutputFiles, WhatCanNotBeWrittenIsToldOnceAndStopsNothing) {
     const std::pair<std::string, Cells> rows[] = {
         {"<metrig> -r/dev/full -u/dev/full -g/dev/full -o/dev/full >/dev/full",
          {"-- Can't write file stdout: No space left on device", full, full, full, full}},
-        {"<metrig> | true", {"-- Can't write file stdout: Broken pipe"}},
+        {"mkfifo pipe; : <pipe & <metrig> -R<folder>pipe | true",
+         {"-- Can't write file stdout: Broken pipe", "-- Can't write file <folder>/pipe: Broken pipe"}},
+        {"<metrig> >&- 2>&-", {}},
         {"head -c 8000 /dev/zero >big.csv; ulimit -f 16; <metrig> -Rbig >/dev/null",
          {"-- Can't write file <folder>/big.csv: File too large"}},
     };
     for (const auto& [command, told] : rows) {
         const WorkFolder folder;
         const std::string program = METRIG_COMMAND " -B -r -u -olisting -f=zylsHash_8u32u -l" + folder.path();
-        const Outcome outcome = run({.arguments = {"-c", replaced(command, "<metrig>", program)},
-                                     .folder = folder.path(),
-                                     .program = "/bin/sh"});
+        const Outcome outcome = run(
+            {.arguments = {"-c", replaced(replaced(command, "<metrig>", program), "<folder>", folder.path())},
+             .folder = folder.path(),
+             .program = "/bin/sh"});
         EXPECT_EQ(outcome.status, 0) << outcome.signal;
         const Table table(folder.content("metrig.csv"));
         EXPECT_EQ(table.rows.size(), 4U);
@@ -128,23 +133,31 @@ TEST(OutputFiles, WhatCanNotBeWrittenIsToldOnceAndStopsNothing) {
 TEST(BadInput, IsToldAndEndsTheRunInOrder) {
     const WorkFolder folder;
     folder.file("nul.txt", std::string("-B\0-s-\n", 8));
+    folder.file("kept.csv", "kept");
+    folder.file("twice", "-gkept.csv -okept.csv");
     const std::string fatal = "FATAL FAIL: can't open output file for writing\n";
     const std::string fatalIni = "FATAL FAIL: can't open ini-file for writing\n";
     const std::string ignored = ": ignored because of -v option\n";
     const std::array<std::string, 4> rows[] = {
         {"-onone/x.txt", "-- Can't open file <folder>/none/x.txt to write: \n",
          "-onone/x.txt: write console output to <folder>/none/x.txt\n", fatal},
-        {"-r.", "-- Can't open file <folder>/. to write: \n",
-         "-r.: write performance result table to <folder>/.\n", fatal},
         {"-Uno/u", "-- Can't open file <folder>/no/u_sum.csv to write: \n", "-Uno/u" + ignored, fatal},
         {"-gno/g", "", "-gno/g: create file <folder>/no/g.end at the end of MR work\n", ""},
+        {"-rkept", "", "-rkept: write performance result table to <folder>/kept.csv\n", ""},
+        {"-@twice", "-- Can't write file <folder>/kept.csv: two keys name it\n",
+         "-gkept.csv: create file <folder>/kept.csv at the end of MR work\n"
+         "-okept.csv: write console output to <folder>/kept.csv\n",
+         fatal},
         {"-@none", "-- Can't open file <folder>/none to read: \n", "", fatal},
         {"-@.", "-- Can't read file <folder>/.: it is a directory\n", "", fatal},
         {"-@/dev/zero", "-- Can't read file /dev/zero: it is a device\n", "", fatal},
-        {"-@nul.txt", "-- Can't read file <folder>/nul.txt: it is no text\n", "", fatal},
+        {"-@pipe.ini", "-- Can't read file <folder>/pipe.ini: it is a pipe\n", "", fatal},
+        {"-@nul.txt", "", "-B" + ignored, ""},
         {"-inone", "", "-inone" + ignored, "-- Can't open file <folder>/none.ini to read: \n"},
+        {"-Ipipe", "", "-Ipipe" + ignored, "-- Can't read file <folder>/pipe.ini: it is a pipe\n" + fatalIni},
         {"-Ino/x", "", "-Ino/x" + ignored, "-- Can't open file <folder>/no/x.ini to write: \n" + fatalIni},
     };
+    mkfifo(folder.path("pipe.ini").c_str(), 0600);
     const std::string keys =
         "Command line options: \n-v: type the version number of the Metrig and exit\n"
         "-p<folder>/: open test data files & ini-file in <folder>/\n"
@@ -159,6 +172,8 @@ TEST(BadInput, IsToldAndEndsTheRunInOrder) {
         const std::string rest = text.substr(std::min(start.size(), text.size()));
         const bool banner = rest.starts_with("\nZorva(R) Zylkit. Metrig 2.0, ");
         EXPECT_TRUE(holds(after, "FATAL") ? rest.empty() : banner) << argument << ": " << rest;
+        EXPECT_EQ(holds(rest, "-- Can't open file <folder>/no/g.end to write: \n"), argument == "-gno/g");
+        EXPECT_EQ(folder.content("kept.csv"), "kept") << argument;
     }
 }
 

@@ -18,14 +18,15 @@ const char steps[] =
 #define OBJECTS \
     " function calls === OBJECTS OUTPUT START ========\n" SOURCE "\n======== Object 2: Vector 8u len=17\n"
 
-// One function under each method that can be chosen, and the levels of output that show how it is measured.
-// The method of a run without a choice is in case_perf.txt.
+// Each method that can be chosen, and the levels of output that show how a function is measured. The method
+// of a run without a choice is in case_perf.txt.
 TEST(Methods, AreChosenByTheirParameters) {
     const struct {
         Cells arguments;
         Cells lengths;
         const char* comment;  ///< start of each
         Cells console;        ///< parts, in their order
+        std::string function = "zylsLowercaseLatin_8u";
     } rows[] = {
         {{"-LTRACE", "-dMethod=Manual", "-dNumLoops=100", "-dVectorLength=16; 64; *2"},
          {"16", "32", "64"},
@@ -47,10 +48,16 @@ TEST(Methods, AreChosenByTheirParameters) {
           "MinCpuClocks = 10000\n Accuracy = 5\n",
           "\n-- Memory fail: can't allocate 0 bytes\n", "\n-- Memory fail: can't allocate -5 bytes\n",
           " === before" OBJECTS "   2   2" TWOS "\n", " === after" OBJECTS "  97" TWOS "  97\n"}},
+        // To find nothing is measured, but not among near misses: these would lie in front of the text.
+        {{"-LPERF", "-dMethod=Manual", "-dVectorLength=3; 7; 2147483647", "-dlenFind=0; 2"},
+         {"3", "3", "3", "3", "7", "7", "7"},
+         "nLps=10",
+         {"VectorLength=7 lenFind=0 hardSearch=- ", "-- Memory fail: can't allocate 2147483648 bytes\n"},
+         "zylsFind_8u"},
     };
     for (const auto& row : rows) {
         const WorkFolder folder;
-        const Cells common = {"-B", "-r", "-f=zylsLowercaseLatin_8u", "-c1", "-l" + folder.path()};
+        const Cells common = {"-B", "-r", "-f=" + row.function, "-c1", "-l" + folder.path()};
         const Outcome outcome = run({.arguments = common + row.arguments});
         expectCleanEnd(outcome);
         const Table table(folder.content("metrig.csv"));

@@ -8,10 +8,6 @@
 
 #include <csignal>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <stdexcept>
 
 namespace {
 
@@ -58,29 +54,6 @@ struct File {
 }
 
 }  // namespace
-
-WorkFolder::WorkFolder() {
-    m_path = (std::filesystem::temp_directory_path() / "metrig_run_XXXXXX").string();
-    if (mkdtemp(m_path.data()) == nullptr) {
-        throw std::runtime_error("no temporary folder");
-    }
-    m_path += '/';
-}
-
-WorkFolder::~WorkFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(m_path, ignored);
-}
-
-std::string WorkFolder::file(const std::string& name, const std::string& content) const {
-    std::ofstream(path(name), std::ios::binary) << content;
-    return path(name);
-}
-
-std::string readFile(const std::string& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 Outcome run(const Invocation& what) {
     const File in;

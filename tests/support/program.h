@@ -5,26 +5,7 @@
 #include <string>
 #include <vector>
 
-/// The whole file, bytes as they are; empty if it can't be read.
-std::string readFile(const std::string& path);
-
-/// A folder of its own among the system's temporary ones, gone with the object.
-class WorkFolder {
-  public:
-    WorkFolder();
-    WorkFolder(const WorkFolder&) = delete;
-    WorkFolder& operator=(const WorkFolder&) = delete;
-    ~WorkFolder();
-
-    /// Of a file in it; of the folder, with the "/" behind it, when the name is empty.
-    std::string path(const std::string& name = "") const { return m_path + name; }
-    /// Writes a file and returns its path.
-    std::string file(const std::string& name, const std::string& content) const;
-    std::string content(const std::string& name) const { return readFile(path(name)); }
-
-  private:
-    std::string m_path;
-};
+#include "support/work_folder.h"
 
 struct Invocation {
     std::vector<std::string> arguments{};

@@ -15,7 +15,7 @@ int change(const Zyl8u* src, Zyl8u* dst, int len, Zyl8u firstLetter) {
         return zylStsNullPtrErr;
     if (len < 0)
         return zylStsSizeErr;
-    kChangeCase(src, dst, len, firstLetter);
+    kChangeCase.forLength(len)(src, dst, len, firstLetter);
     return zylStsNoErr;
 }
 

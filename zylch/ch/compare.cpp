@@ -27,7 +27,7 @@ int zylsCompare_8u(const Zyl8u* a, const Zyl8u* b, int len, int* result) {
     const int status = checkTexts(a, b, len, result);
     if (status != zylStsNoErr)
         return status;
-    const int place = kFirstDifference(a, b, len);
+    const int place = kFirstDifference.forLength(len)(a, b, len);
     *result = place < 0 ? 0 : a[place] - b[place];
     return zylStsNoErr;
 }
@@ -36,7 +36,7 @@ int zylsEqual_8u(const Zyl8u* a, const Zyl8u* b, int len, int* result) {
     const int status = checkTexts(a, b, len, result);
     if (status != zylStsNoErr)
         return status;
-    *result = kFirstDifference(a, b, len) < 0 ? 1 : 0;
+    *result = kFirstDifference.forLength(len)(a, b, len) < 0 ? 1 : 0;
     return zylStsNoErr;
 }
 
@@ -44,7 +44,7 @@ int zylsCompareIgnoreCaseLatin_8u(const Zyl8u* a, const Zyl8u* b, int len, int* 
     const int status = checkTexts(a, b, len, result);
     if (status != zylStsNoErr)
         return status;
-    const int place = kFirstDifferenceInLowerCase(a, b, len);
+    const int place = kFirstDifferenceInLowerCase.forLength(len)(a, b, len);
     *result = place < 0 ? 0 : lowerCase(a[place]) - lowerCase(b[place]);
     return zylStsNoErr;
 }

@@ -1,5 +1,7 @@
-/// Joining texts, and splitting a joined text at a delimiter. All work is done by memcpy and memchr, which
-/// the C library has in versions for every processor.
+/// Joining texts, and splitting a joined text at a delimiter. All work is done by memchr, which the C library
+/// has in versions for every processor, and by memcpy, which in 32 bits the compiler writes in line as
+/// `rep movsb`. On a processor that is quick at it (fsrm), that is faster than a call of the C library's for
+/// short copies and for some thousand bytes, slower for some hundred, and a little faster over all.
 
 #include <cstddef>
 #include <cstring>

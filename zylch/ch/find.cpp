@@ -22,7 +22,7 @@ int search(decltype(kFirstText) kernel, const Zyl8u* src, int len, const Zyl8u* 
     if (lenFind == 0)
         *index = ifEmpty;
     else
-        *index = lenFind <= len ? kernel(src, len, find, lenFind) : -1;
+        *index = lenFind <= len ? kernel.forLength(len - lenFind + 1)(src, len, find, lenFind) : -1;
     return zylStsNoErr;
 }
 

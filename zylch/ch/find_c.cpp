@@ -17,7 +17,7 @@ int find(decltype(kFirstByte) search, const Zyl8u* src, int len, Zyl8u value, in
         return zylStsNullPtrErr;
     if (len < 0)
         return zylStsSizeErr;
-    *index = search(src, len, value);
+    *index = search.forLength(len)(src, len, value);
     return zylStsNoErr;
 }
 

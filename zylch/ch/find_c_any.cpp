@@ -19,7 +19,7 @@ int find(decltype(kFirstOfSet) search, const Zyl8u* src, int len, const Zyl8u* s
     if (len < 0 || lenSet < 0)
         return zylStsSizeErr;
     const ByteSet bytes(set, lenSet);
-    *index = bytes.isSmall() ? search(src, len, bytes) : search.callPlain(src, len, bytes);
+    *index = (bytes.isSmall() ? search.forLength(len) : search.ofPlainPath())(src, len, bytes);
     return zylStsNoErr;
 }
 

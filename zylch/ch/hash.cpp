@@ -5,6 +5,7 @@
 ///   zylsHashMSCS  Jenkins' one-at-a-time hash
 
 #include <cstdint>
+#include <cstring>
 
 #include "zylch.h"
 
@@ -68,6 +69,14 @@ inline void addElement(Hash& hash, Zyl16u element) {
     hash.add(static_cast<std::uint32_t>(element) >> 8);
 }
 
+/// Texts may be misaligned, so their elements are loaded as bytes.
+template <class Element>
+inline Element elementAt(const Element* src, int index) {
+    Element element;
+    std::memcpy(&element, src + index, sizeof element);
+    return element;
+}
+
 template <class Hash, class Element>
 int hashOf(const Element* src, int len, Zyl32u* result) {
     if (src == nullptr || result == nullptr)
@@ -76,7 +85,7 @@ int hashOf(const Element* src, int len, Zyl32u* result) {
         return zylStsSizeErr;
     Hash hash;
     for (int i = 0; i < len; ++i)
-        addElement(hash, src[i]);
+        addElement(hash, elementAt(src, i));
     *result = hash.result();
     return zylStsNoErr;
 }

@@ -1,10 +1,13 @@
 #pragma once
 
-/// The three forms of one kernel, and the call of the one that the code path in force asks for.
+/// The three forms of one kernel, and the choice of the one that the code path in force asks for.
 
 #include "../core/dispatch.h"
 
 namespace zylch {
+
+/// The least bytes that the form of a path works on: its block.
+inline constexpr int kLeastLength[zylPathCount] = {0, 16, 32};
 
 template <class Result, class... Args>
 struct Forms {
@@ -15,7 +18,15 @@ struct Forms {
     constexpr Forms(Form plain, Form sse2, Form avx2) : form{plain, sse2, avx2} {}
 
     Result operator()(Args... args) const { return form[zylCodePath](args...); }
-    Result callPlain(Args... args) const { return form[zylPathPlain](args...); }
+    Form ofPlainPath() const { return form[zylPathPlain]; }
+
+    /// For a walk over `len` bytes: the form of the path in force, or the next narrower one that they fill.
+    Form forLength(int len) const {
+        int path = zylCodePath;
+        while (len < kLeastLength[path])
+            --path;
+        return form[path];
+    }
 };
 
 template <class Result, class... Args>

@@ -1,6 +1,7 @@
 #include "regexp_match.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 
 #include "regexp_set.h"
@@ -58,6 +59,8 @@ Matcher::Matcher(const State& state, const Zyl8u* src, int len)
       m_src(src),
       m_len(static_cast<std::uint32_t>(len)),
       m_steps(kStepsAtLeast + kStepsPerByte * m_len) {}
+
+Matcher::~Matcher() { std::free(m_heapStack); }
 
 Outcome Matcher::search(std::uint32_t from) {
     // A failed attempt puts back every group it has set, so once is enough.
@@ -193,11 +196,27 @@ bool Matcher::resume(Entry& top) {
 }
 
 bool Matcher::push(Entry::Kind kind, std::uint32_t pc, std::uint32_t a, std::uint32_t b) {
-    if (m_top == m_stackEntries) {
+    if (m_top == m_stackEntries && !growStack()) {
         m_full = true;
         return false;
     }
     m_stack[m_top++] = {kind, pc, a, b};
+    return true;
+}
+
+// To twice its room. What has grown once serves the further searches of this matcher as it is.
+bool Matcher::growStack() {
+    const std::uint32_t room = std::min(std::max(2 * m_stackEntries, 1U), kMaxHeapStack);
+    if (room <= m_stackEntries)
+        return false;
+    auto* grown = static_cast<Entry*>(std::realloc(m_heapStack, room * sizeof(Entry)));
+    if (grown == nullptr)
+        return false;
+    if (m_heapStack == nullptr)
+        std::copy_n(m_stack, m_top, grown);
+    m_heapStack = grown;
+    m_stack = grown;
+    m_stackEntries = room;
     return true;
 }
 

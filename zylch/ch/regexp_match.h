@@ -1,8 +1,9 @@
 #pragma once
 
 /// Runs the program of a regular expression over a text: leftmost match, first alternative that leads to one,
-/// by backtracking. The memory of a search is that of the state block, so searches with different blocks may
-/// run at the same time. Nothing recurses.
+/// by backtracking. The memory of a search is that of the state block, and of the heap where the text makes
+/// more choices than the block has room for; so searches with different blocks may run at the same time.
+/// Nothing recurses.
 
 #include <cstdint>
 
@@ -14,7 +15,7 @@ namespace zylch::regexp {
 enum class Outcome {
     match,
     none,
-    /// Too many steps, or the backtrack stack was full.
+    /// Too many steps, or the backtrack stack was full: of kMaxHeapStack entries, or of all memory there was.
     limit
 };
 
@@ -24,6 +25,9 @@ class Matcher {
     /// matcher share one budget: 2^26 steps and 1024 more for each byte of the text. A step is an
     /// instruction, a return to a choice, or 16 bytes that an instruction goes over at once.
     Matcher(const State& state, const Zyl8u* src, int len);
+    ~Matcher();
+    Matcher(const Matcher&) = delete;
+    Matcher& operator=(const Matcher&) = delete;
 
     /// The leftmost match that begins at `from` or behind; `from` may be at or beyond the end.
     Outcome search(std::uint32_t from);
@@ -64,6 +68,7 @@ class Matcher {
     bool place(bool holds) { return holds && advance(1); }
 
     bool push(Entry::Kind kind, std::uint32_t pc, std::uint32_t a, std::uint32_t b = 0);
+    bool growStack();
     bool keepCapture(std::uint32_t group);
     bool keepLoop(std::uint32_t loop);
     bool restore(const Entry& entry);
@@ -80,7 +85,9 @@ class Matcher {
     const std::uint32_t* m_code;
     Capture* m_captures;
     Loop* m_loops;
+    /// In the block, or m_heapStack, which is owned, once that was too small.
     Entry* m_stack;
+    Entry* m_heapStack = nullptr;
     std::uint32_t m_options;
     std::uint32_t m_groups;
     std::uint32_t m_firstByte;

@@ -95,8 +95,10 @@ struct Entry {
 
 inline constexpr std::uint32_t kStateMagic = 0x5A4C5258U;
 
-/// Entries of the largest stack, for patterns whose need depends on the text. Others have less.
+/// Entries of the largest stack in a block, for patterns whose need depends on the text. Others have less.
 inline constexpr std::uint32_t kMaxStack = 32768;
+/// Entries that the stack of one search may grow to on the heap: 64 MiB.
+inline constexpr std::uint32_t kMaxHeapStack = 1U << 22;
 
 struct Head {
     std::uint32_t magic;

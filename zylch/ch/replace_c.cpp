@@ -17,6 +17,6 @@ int zylsReplaceC_8u(const Zyl8u* src, Zyl8u* dst, int len, Zyl8u oldValue, Zyl8u
         return zylStsNullPtrErr;
     if (len < 0)
         return zylStsSizeErr;
-    kReplaceBytes(src, dst, len, oldValue, newValue);
+    kReplaceBytes.forLength(len)(src, dst, len, oldValue, newValue);
     return zylStsNoErr;
 }

@@ -22,16 +22,16 @@ struct Rest {
 };
 
 Rest trimmed(const Zyl8u* src, int len, Zyl8u value) {
-    const int begin = kFirstOther(src, len, value);
-    return begin < 0 ? Rest{0, 0} : Rest{begin, kLastOther(src, len, value) + 1};
+    const int begin = kFirstOther.forLength(len)(src, len, value);
+    return begin < 0 ? Rest{0, 0} : Rest{begin, kLastOther.forLength(len)(src, len, value) + 1};
 }
 
 int firstKept(const Zyl8u* src, int len, const ByteSet& set) {
-    return set.isSmall() ? kFirstOutside(src, len, set) : kFirstOutside.callPlain(src, len, set);
+    return (set.isSmall() ? kFirstOutside.forLength(len) : kFirstOutside.ofPlainPath())(src, len, set);
 }
 
 int lastKept(const Zyl8u* src, int len, const ByteSet& set) {
-    return set.isSmall() ? kLastOutside(src, len, set) : kLastOutside.callPlain(src, len, set);
+    return (set.isSmall() ? kLastOutside.forLength(len) : kLastOutside.ofPlainPath())(src, len, set);
 }
 
 Rest trimmedStart(const Zyl8u* src, int len, const ByteSet& set) {

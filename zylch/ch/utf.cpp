@@ -7,19 +7,35 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 
 #include "paths.h"
 #include "zylch.h"
 
 namespace {
 
+// Texts may stand at any address, so their units go through memcpy, which is a plain move in the code.
+
+template <class Unit>
+Unit at(const Unit* text, int i) {
+    Unit unit;
+    std::memcpy(&unit, text + i, sizeof unit);
+    return unit;
+}
+
+template <class Unit>
+void put(Unit* text, int i, std::uint32_t value) {
+    const auto unit = static_cast<Unit>(value);
+    std::memcpy(text + i, &unit, sizeof unit);
+}
+
 // A run converts the ASCII elements at the head of `src`, `n` at most, and returns how many they were.
 
 template <class From, class To>
 int runPlain(const From* src, To* dst, int n) {
     int done = 0;
-    for (; done < n && src[done] < 0x80; ++done)
-        dst[done] = static_cast<To>(src[done]);
+    for (; done < n && at(src, done) < 0x80; ++done)
+        put(dst, done, at(src, done));
     return done;
 }
 
@@ -123,9 +139,10 @@ Character decode(const Zyl8u* src, int len) {
 }
 
 Character decode(const Zyl16u* src, int len) {
-    if (len > 1 && isHighSurrogate(src[0]) && isLowSurrogate(src[1]))
-        return {0x10000U + ((src[0] & 0x3FFU) << 10) + (src[1] & 0x3FFU), 2};
-    return {src[0], 1};
+    const std::uint32_t first = at(src, 0);
+    if (len > 1 && isHighSurrogate(first) && isLowSurrogate(at(src, 1)))
+        return {0x10000U + ((first & 0x3FFU) << 10) + (at(src, 1) & 0x3FFU), 2};
+    return {first, 1};
 }
 
 int encodedLength(std::uint32_t code, const Zyl16u*) { return code < 0x10000U ? 1 : 2; }
@@ -138,11 +155,11 @@ int encodedLength(std::uint32_t code, const Zyl8u*) {
 
 void encode(std::uint32_t code, Zyl16u* dst, int length) {
     if (length == 1) {
-        dst[0] = static_cast<Zyl16u>(code);
+        put(dst, 0, code);
         return;
     }
-    dst[0] = static_cast<Zyl16u>(0xD800U + ((code - 0x10000U) >> 10));
-    dst[1] = static_cast<Zyl16u>(0xDC00U + (code & 0x3FFU));
+    put(dst, 0, 0xD800U + ((code - 0x10000U) >> 10));
+    put(dst, 1, 0xDC00U + (code & 0x3FFU));
 }
 
 void encode(std::uint32_t code, Zyl8u* dst, int length) {
@@ -157,7 +174,7 @@ void encode(std::uint32_t code, Zyl8u* dst, int length) {
 // The two halves of a pair, coded as three bytes each, are no UTF-8: joined they would read as one character
 // of four bytes and not come back as they were.
 bool completesPair(std::uint32_t code, const Zyl16u* dst, int written) {
-    return isLowSurrogate(code) && written > 0 && isHighSurrogate(dst[written - 1]);
+    return isLowSurrogate(code) && written > 0 && isHighSurrogate(at(dst, written - 1));
 }
 
 bool completesPair(std::uint32_t, const Zyl8u*, int) { return false; }

@@ -86,8 +86,8 @@ ZYL_API int zylsConvertUTF_16u8u(const Zyl16u* src, int* lenSrc, Zyl8u* dst, int
 
 /* Regular expressions, in the syntax and the meaning of ECMAScript, on bytes. A find record: element 0 is the
    whole match, then one for each capture group; a group that took no part has a null pointer and length 0. A
-   search that takes too many steps, or whose memory of choices is full, ends with zylStsRegExpLimitErr; the
-   counts say how far it came. */
+   search that takes too many steps, or whose memory of choices is full (64 MiB), ends with
+   zylStsRegExpLimitErr; the counts say how far it came. */
 typedef struct {
     const void* pFind;
     int lenFind;
@@ -95,8 +95,8 @@ typedef struct {
 
 /* `*size`: bytes of the state block for `pattern` with any options, at least those that zylsRegExpInit needs
  * to find the fault in a bad one (zylStsRegExpPatternErr). The caller owns the block, which is aligned as an
- * int is; it holds everything, may be moved, and needs no closing call. Calls at the same time need blocks of
- * their own. */
+ * int is; it holds everything, may be moved, and needs no closing call: what a search takes from the heap
+ * beside it, it gives back. Calls at the same time need blocks of their own. */
 ZYL_API int zylsRegExpGetSize(const char* pattern, int* size);
 /* `options`: letters of "gimsx", null or empty for none. `*errorOffset`: place of the fault in a bad pattern,
  * else -1, also for bad options (zylStsRegExpPatternErr as well). A failure leaves no valid state. */

@@ -1,9 +1,11 @@
 #include "output/mrfilelist.h"
 
+#include "output/mroutputfile.h"
+
 mrFileList::~mrFileList() { close(); }
 
 bool mrFileList::addStream(mrString name, bool append) {
-    auto stream = std::make_unique<o_stream>(name, IO_WRITE | IO_NOPATH | (append ? IO_APPEND : 0), true);
+    auto stream = std::make_unique<mrOutputFile>(name, append);
     if (!stream->isOpen()) {
         return false;
     }

@@ -14,7 +14,8 @@ class mrFileList : public mrList<o_stream*> {
     mrFileList& operator=(const mrFileList&) = delete;
     ~mrFileList() override;
 
-    /// Opens a file by its full name and adds it; false, with a message, if it can't be opened.
+    /// Opens a file by its full name and adds it; false, with a message, if it can't be had. What
+    /// mrOutputFile says of its content holds.
     bool addStream(mrString name, bool append);
     void flush();
     void sync();

@@ -75,15 +75,12 @@ bool mrIniFile::open(mrString name, bool update) {
     close();
     m_fileName = name;
     m_update = update;
-    i_stream file(name, IO_READ | IO_NOPATH, !update);
-    if (!file.isOpen()) {
-        m_update = update && o_stream(name, IO_WRITE | IO_NOPATH, true).isOpen();
-        return m_update;
-    }
     mrStringList lines;
-    if (!mrReadTextFile(file, name, lines)) {
-        m_update = false;
-        return false;
+    const mrTextFile outcome = mrReadTextFile(name, !update, lines);
+    if (outcome != mrTextFile::Read) {
+        m_update =
+            update && outcome == mrTextFile::Missing && o_stream(name, IO_WRITE | IO_NOPATH, true).isOpen();
+        return m_update;
     }
     mrSectionItem* section = nullptr;
     for (const mrString& line : lines) {

@@ -49,7 +49,7 @@ class mrIniFile {
     ~mrIniFile();
 
     /// Reads the file. A missing file is made in update mode, otherwise it is an error. False if it can't be
-    /// had, or is no text; such a file is never written to.
+    /// had, or is no file of lines; such a file is never written to.
     bool open(mrString name, bool update);
     /// Writes the file in update mode and drops the content.
     void close();

@@ -1,6 +1,7 @@
 #include "output/mristream.h"
 
 #include "mr.h"
+#include "timing/mrstop.h"
 
 void mrDataList::set(mrString pair) {
     mrString name;
@@ -42,7 +43,7 @@ bool mrDataList::get(mrString name, mrString& value) {
 mrIStream::~mrIStream() { deleteIStream(); }
 
 void mrIStream::setIStream(i_stream* stream) {
-    if (stream != m_istream) {
+    if (stream != m_istream && !m_ended) {
         deleteIStream();
         m_istream = stream;
     }
@@ -99,7 +100,11 @@ mrString mrIStream::getItemValue(i_stream& in, mrString caption, mrString defaul
     c_out << mrString("\n ") + caption + " [" + defaultValue + "] = ";
     c_out.flush();
     mrString answer;
-    in.getline(answer);
+    if (!mrStop::answered([&] { in.getline(answer); })) {
+        answer = "";
+        deleteIStream();
+        m_ended = true;
+    }
     m_lastSource = answer.empty() ? FromDefault : FromConsole;
     return answer.empty() ? defaultValue : answer;
 }

@@ -34,10 +34,13 @@ class mrIStream {
     mrIStream& operator=(const mrIStream&) = delete;
     virtual ~mrIStream();
 
-    /// Connects a console, or none (null). Streams other than c_in are deleted when they are replaced.
+    /// Connects a console, or none (null). Streams other than c_in are deleted when they are replaced. After
+    /// the end of the dialogue none is connected any more.
     void setIStream(i_stream* stream);
     void deleteIStream();
     bool hasIStream() const { return m_istream != nullptr; }
+    /// True once a question was answered by a signal: all that follow take their defaults unasked.
+    bool dialogueEnded() const { return m_ended; }
 
     /// Opens the ini file, with `update` for writing back every value asked for. False if it can't be had.
     bool setIniFile(mrString name, bool update);
@@ -63,6 +66,7 @@ class mrIStream {
     mrDataList m_dataList;
     mrString m_iniSection = "Metrig";
     bool m_iniWrite = false;
+    bool m_ended = false;
     int m_lastSource = FromNowhere;
 };
 

@@ -55,10 +55,11 @@ class FileBeside {
         }
     }
 
-    /// False if what stands at `name` is no file, or its folder does not take another of that owner.
+    /// False if what stands at `name` is no file or has other names too, which would keep the old content, or
+    /// if its folder does not take another file of that owner.
     bool make() {
         struct stat old = {};
-        if (stat(m_target.c_str(), &old) != 0 || !S_ISREG(old.st_mode)) {
+        if (stat(m_target.c_str(), &old) != 0 || !S_ISREG(old.st_mode) || old.st_nlink > 1) {
             return false;
         }
         m_made = o_stream(m_beside, IO_WRITE | IO_NOPATH, false).isOpen();

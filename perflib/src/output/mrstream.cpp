@@ -4,12 +4,14 @@
 
 #include <cerrno>
 #include <cstring>
-#include <string>
 
 #include "mr.h"
 #include "output/mrostream.h"
 
 namespace {
+
+constexpr std::size_t WriteSize = 4096;
+constexpr std::size_t MaxPending = std::size_t{1} << 20;
 
 mrString openPath(const mrString& name, int mode) {
     if ((mode & IO_NOPATH) != 0) {
@@ -67,9 +69,23 @@ io_stream::io_stream(mrString name, int mode, bool verbose) : m_file(nullptr) {
     }
 }
 
-io_stream::~io_stream() { close(); }
+io_stream::~io_stream() { closeFile(); }
 
-void io_stream::reportUnwritten() {
+bool io_stream::closeFile() {
+    const bool isStandard = m_file == stdin || m_file == stdout;
+    const bool closed = m_file == nullptr || isStandard || std::fclose(m_file) == 0;
+    m_file = nullptr;
+    return closed;
+}
+
+/// Nothing of a named file is left to the buffer of the C library, which drops what it can't write.
+o_stream::o_stream(mrString name, int mode, bool verbose) : io_stream(name, mode, verbose), m_isNamed(true) {
+    if (isOpen()) {
+        std::setvbuf(m_file, nullptr, _IONBF, 0);
+    }
+}
+
+void o_stream::reportUnwritten() {
     const char* reason = std::strerror(errno);
     if (!m_unwritten) {
         m_unwritten = true;
@@ -77,33 +93,57 @@ void io_stream::reportUnwritten() {
     }
 }
 
-void io_stream::flush() {
-    if (m_file != nullptr && std::fflush(m_file) != 0) {
+void o_stream::write(const mrString& text) {
+    if (m_isNamed && isOpen()) {
+        m_pending += text.c_str();
+        if (m_pending.size() >= WriteSize) {
+            send();
+        }
+    } else if (std::fputs(text.c_str(), isOpen() ? file() : stdout) == EOF) {
         reportUnwritten();
     }
 }
 
-void io_stream::sync() {
+void o_stream::send() {
+    if (m_pending.empty()) {
+        return;
+    }
+    prepare(m_pending);
+    m_pending.erase(0, std::fwrite(m_pending.data(), 1, m_pending.size(), m_file));
+    if (!m_pending.empty()) {
+        reportUnwritten();
+        limitPending();
+    }
+}
+
+/// Drops whole lines: the first one may stand in the file in part, and the last one goes on.
+void o_stream::limitPending() {
+    const std::size_t first = m_pending.find('\n');
+    if (m_pending.size() > MaxPending && first != std::string::npos) {
+        m_pending.erase(first, m_pending.rfind('\n') - first);
+    }
+}
+
+void o_stream::flush() {
+    if (m_file == nullptr) {
+        return;
+    }
+    send();
+    if (std::fflush(m_file) != 0) {
+        reportUnwritten();
+    }
+}
+
+void o_stream::sync() {
     flush();
     if (m_file != nullptr && fdatasync(fileno(m_file)) != 0 && isLoss(errno)) {
         reportUnwritten();
     }
 }
 
-void io_stream::close() {
-    if (m_file == nullptr) {
-        return;
-    }
-    if (isStandard()) {
-        flush();
-    } else if (std::fclose(m_file) != 0) {
-        reportUnwritten();
-    }
-    m_file = nullptr;
-}
-
-void o_stream::write(const mrString& text) {
-    if (std::fputs(text.c_str(), isOpen() ? file() : stdout) == EOF) {
+void o_stream::close() {
+    flush();
+    if (!closeFile()) {
         reportUnwritten();
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdio>
+#include <string>
 
 #include "text/mrstring.h"
 
@@ -13,8 +14,7 @@ enum IoMode : int {
     IO_NOPATH = 0x100,  ///< take the name as it stands, without input or output directory
 };
 
-/// One open file. Closes it at its end; the process's standard streams are flushed and left open. A write
-/// that fails is told on g_ostrm once a file, and the run goes on.
+/// One open file. Closes it at its end; the process's standard streams are left open.
 class io_stream {
   public:
     /// Opens `name`; `mode` is a set of IoMode bits. A relative name gets the session's input or output
@@ -28,29 +28,43 @@ class io_stream {
 
     bool isOpen() const { return m_file != nullptr; }
     FILE* file() const { return m_file; }
+
+  protected:
+    /// False, with errno set, if the system could not write what was left.
+    bool closeFile();
+
+    FILE* m_file;
+    mrString m_name;
+};
+
+/// A file that is written. A write that fails is told on g_ostrm once a file, and the run goes on: what the
+/// system did not take of a named file is kept, up to a limit, and offered again with the next text, so that
+/// a disk that has room again gets whole lines.
+class o_stream : public io_stream {
+  public:
+    o_stream(mrString name, int mode, bool verbose);
+    using io_stream::io_stream;
+    ~o_stream() override { close(); }
+
+    void write(const mrString& text);
     void flush();
     /// Flushes, and returns when the system has the content on its disk, so that it outlives a loss of power.
     void sync();
     void close();
 
   protected:
+    /// Sees the text that is about to go to a named file, and may change it; the file is open.
+    virtual void prepare(std::string& /*text*/) {}
     /// Tells what the system says of the operation before, unless a failure of this file was told already.
     void reportUnwritten();
 
-    FILE* m_file;
-
   private:
-    bool isStandard() const { return m_file == stdin || m_file == stdout; }
+    void send();
+    void limitPending();
 
-    mrString m_name;
+    std::string m_pending;  ///< of a named file: text that the system has not taken
+    bool m_isNamed = false;
     bool m_unwritten = false;
-};
-
-class o_stream : public io_stream {
-  public:
-    using io_stream::io_stream;
-
-    void write(const mrString& text);
 };
 
 class i_stream : public io_stream {

@@ -3,14 +3,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstring>
-#include <string>
-
 #include "output/mrostream.h"
+#include "output/mrstream.h"
 
 namespace {
-
-constexpr std::size_t MaxSize = std::size_t{1} << 20;
 
 bool isNullDevice(const struct stat& file) {
     struct stat null = {};
@@ -30,51 +26,38 @@ const char* faultOfKind(int descriptor) {
     return device && isatty(descriptor) == 0 && !isNullDevice(file) ? "it is a device" : nullptr;
 }
 
-/// Fills `text`; what keeps it from being a text, or null.
-const char* readText(FILE* file, std::string& text) {
-    char piece[4096];
-    std::size_t count = 0;
-    while ((count = std::fread(piece, 1, sizeof piece, file)) > 0) {
-        if (std::memchr(piece, '\0', count) != nullptr) {
-            return "it is no text";
-        }
-        text.append(piece, count);
-        if (text.size() > MaxSize) {
-            return "it is larger than 1 MiB";
-        }
-    }
-    return std::ferror(file) != 0 ? "it can't be read" : nullptr;
+/// Opening a pipe would wait for a writer, so it is asked for by its name.
+bool isPipe(const mrString& path) {
+    struct stat file = {};
+    return stat(path.c_str(), &file) == 0 && S_ISFIFO(file.st_mode);
 }
 
-void appendLines(std::string& text, mrStringList& lines) {
-    std::size_t start = 0;
-    while (start < text.size()) {
-        std::size_t end = text.find('\n', start);
-        if (end == std::string::npos) {
-            end = text.size();
-        } else {
-            text[end] = '\0';
-        }
-        lines.append(text.c_str() + start);
-        start = end + 1;
-    }
+mrTextFile refused(const mrString& path, const char* fault) {
+    g_ostrm << MSG_ERR << "-- Can't read file " << path << ": " << fault << "\n" << MSG_END;
+    return mrTextFile::Refused;
 }
 
 }  // namespace
 
-bool mrReadTextFile(i_stream& file, mrString path, mrStringList& lines) {
+mrTextFile mrReadTextFile(mrString path, bool verbose, mrStringList& lines) {
+    if (isPipe(path)) {
+        return refused(path, "it is a pipe");
+    }
+    i_stream file(path, IO_READ | IO_NOPATH, verbose);
     if (!file.isOpen()) {
-        return false;
+        return mrTextFile::Missing;
     }
-    std::string text;
-    const char* fault = faultOfKind(fileno(file.file()));
-    if (fault == nullptr) {
-        fault = readText(file.file(), text);
+    if (const char* fault = faultOfKind(fileno(file.file()))) {
+        return refused(path, fault);
     }
-    if (fault != nullptr) {
-        g_ostrm << MSG_ERR << "-- Can't read file " << path << ": " << fault << "\n" << MSG_END;
-        return false;
+    mrStringList read;
+    // getline reads empty lines for ever where reading fails
+    for (mrString line; std::ferror(file.file()) == 0 && file.getline(line);) {
+        read.append(line);
     }
-    appendLines(text, lines);
-    return true;
+    if (std::ferror(file.file()) != 0) {
+        return refused(path, "it can't be read");
+    }
+    lines.swap(read);
+    return mrTextFile::Read;
 }

@@ -1,8 +1,11 @@
 #pragma once
 
-#include "output/mrstream.h"
+#include "text/mrstring.h"
 
-/// Reads a whole text file into `lines`, without their line ends. False, with `lines` as it was, for a stream
-/// that is not open, and, with one message that names `path`, for what is no text of a user: a directory, a
-/// device other than a terminal or the empty one, a NUL character, more than 1 MiB.
-bool mrReadTextFile(i_stream& file, mrString path, mrStringList& lines);
+enum class mrTextFile { Read, Missing, Refused };
+
+/// Reads all lines of the file at `path`, as it stands, without their line ends; a line ends at a NUL, too.
+/// Missing, told on g_ostrm if `verbose`, for a file that can't be opened; Refused, always told, for what has
+/// no end or no lines: a directory, a pipe, a device other than a terminal or the empty one. `lines` is
+/// filled by Read alone.
+mrTextFile mrReadTextFile(mrString path, bool verbose, mrStringList& lines);

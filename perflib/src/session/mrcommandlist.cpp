@@ -98,9 +98,9 @@ bool mrCommandList::getArg(char key, mrString& arg) const {
 }
 
 bool mrCommandList::insertFromFile(mrString name, iterator position) {
-    i_stream file(name, IO_READ, true);
     mrStringList lines;
-    if (!mrReadTextFile(file, mrSession::getInPath(name), lines)) {
+    const mrString path = name.empty() ? name : mrSession::getInPath(name);
+    if (mrReadTextFile(path, true, lines) != mrTextFile::Read) {
         return false;
     }
     std::string text;

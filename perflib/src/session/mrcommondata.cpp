@@ -95,7 +95,7 @@ mrString mrSession::getEnterTitle(mrString text) {
 }
 
 int mrSession::beginQuestions(Ask group, const char* title) {
-    const int asked = m_askMode & group;
+    const int asked = g_istrm.dialogueEnded() ? 0 : m_askMode & group;
     if (asked == 0) {
         g_istrm.setIStream(nullptr);
     } else {

@@ -5,6 +5,7 @@
 
 #include "mr.h"
 #include "output/mristream.h"
+#include "output/mroutputfile.h"
 #include "session/mroptiontable.h"
 #include "session/optionwords.h"
 #include "system/mrcpufeatures.h"
@@ -97,6 +98,7 @@ bool mrSession::parseCommandLine(int argc, char** argv) {
     m_nameMode = 0;
     m_nameExit = false;
     m_unopened = 0;
+    m_keyFiles.clear();
     m_iniName = "";
     readCommandLine(argc, argv);
     m_exitLevel = exitLevel(*pCmdList);
@@ -110,6 +112,7 @@ bool mrSession::parseCommandLine(int argc, char** argv) {
         m_cmdText = "";
         applyOption(key.m_key, key.m_arg);
     }
+    keepFilesApart();
     report.append(m_cmdText);
     m_cmdText = "";
     for (const mrString& piece : report) {
@@ -178,10 +181,29 @@ void mrSession::expandFileKeys() {
             continue;
         }
         const mrString name = key->m_arg;
+        m_keyFiles.append(getInPath(name));
         key = pCmdList->erase(key);
         if (!pCmdList->insertFromFile(name, key)) {
             unopenedFile();
         }
+    }
+}
+
+/// What a key reads, or writes when the outputs are complete, must be none of the outputs.
+void mrSession::keepFilesApart() {
+    m_keyFiles.append(m_iniName);
+    for (const mrString& name : m_keyFiles) {
+        if (mrOutputFile::isWritten(name)) {
+            unopenedFile();
+        } else if (!name.empty() && name == m_sglName) {
+            mrOutputFile::reportTwoKeys(name);
+            unopenedFile();
+            m_sglName = "";
+        }
+    }
+    if (mrOutputFile::isWritten(m_sglName)) {
+        unopenedFile();
+        m_sglName = "";
     }
 }
 

@@ -118,11 +118,7 @@ class mrMapDefault : public mrDefault_NSC<T> {
     }
 
     mrString validString() const override {
-        mrString joined;
-        for (const mrString& name : m_names) {
-            joined << (joined.empty() ? "" : "|") << name;
-        }
-        return joined;
+        return mrJoined(m_names, "|", [](const mrString& name) { return name; });
     }
     mrString valueToString(T value) const override {
         auto name = m_names.begin();

@@ -26,11 +26,7 @@ class mrIterator_NSC : public mrDefault_NSC<T>, public mrList<T> {
         this->clear();
     }
     mrString defaultString() const override {
-        mrString joined;
-        for (const T& value : *this) {
-            joined << (joined.empty() ? "" : "; ") << this->valueToString(value);
-        }
-        return joined;
+        return mrJoined(*this, "; ", [this](const T& value) { return this->valueToString(value); });
     }
     bool nextValue() override;
     /// Takes a list of values, separated by ";". A bad text leaves the values as they are.

@@ -1,13 +1,10 @@
 #include "test/mrmapiterator.h"
 
 mrString mrEnumIterator_NCS<int>::validString() const {
-    mrString joined;
-    if (m_validationOn) {
-        for (const int value : m_validValues) {
-            joined << (joined.empty() ? "" : "|") << valueToString(value);
-        }
+    if (!m_validationOn) {
+        return "";
     }
-    return joined;
+    return mrJoined(m_validValues, "|", [this](int value) { return valueToString(value); });
 }
 
 void mrEnumIterator_NCS<int>::add(int value) {

@@ -18,7 +18,7 @@ struct Address {
 };
 
 struct AddressList : mrList<Address> {
-    iterator m_current;
+    iterator m_current = end();  ///< what the walk delivers next
 
     iterator find(const void* block) {
         iterator at = begin();
@@ -34,6 +34,7 @@ constexpr int RawPointerDistance = 128;
 constexpr int SpareBytes = 256;
 
 AddressList* pAddressList = nullptr;
+int refusedBlocks = 0;
 int VectorShift = 512;
 int VectorAlign = 0;
 bool AlignSrc = true;
@@ -79,15 +80,6 @@ void describe(const Address& block, int* size, mrObject** object) {
     }
 }
 
-/// The block that the walk stands at.
-void* currentBlock(int* size, mrObject** object) {
-    if (pAddressList->m_current == pAddressList->end()) {
-        return nullptr;
-    }
-    describe(*pAddressList->m_current, size, object);
-    return pAddressList->m_current->m_aligned;
-}
-
 }  // namespace
 
 int MR_ALIGN_MAX = MR_ALIGN_DEF;
@@ -105,6 +97,7 @@ void* mrMalloc(int size, int align, int shift, mrObject* object) {
                                static_cast<std::uint64_t>(offset > 0 ? offset : 0);
     auto* raw = room > SIZE_MAX ? nullptr : static_cast<char*>(std::malloc(static_cast<std::size_t>(room)));
     if (raw == nullptr) {
+        mrCountRefusedBlock();
         return noMemory(size);
     }
     char* base = baseOf(raw);
@@ -122,6 +115,10 @@ void* mrMalloc(void*& out, int size, int align, int shift) {
     out = mrMalloc(size, align, shift, nullptr);
     return out;
 }
+
+int mrRefusedBlocks() { return refusedBlocks; }
+
+void mrCountRefusedBlock() { ++refusedBlocks; }
 
 void mrFree(void* block) {
     if (pAddressList == nullptr) {
@@ -157,15 +154,17 @@ void* mrMallocFirst(int* size, mrObject** object) {
         return nullptr;
     }
     pAddressList->m_current = pAddressList->begin();
-    return currentBlock(size, object);
+    return mrMallocNext(size, object);
 }
 
 void* mrMallocNext(int* size, mrObject** object) {
     if (pAddressList == nullptr || pAddressList->m_current == pAddressList->end()) {
         return nullptr;
     }
+    const Address& block = *pAddressList->m_current;
     ++pAddressList->m_current;
-    return currentBlock(size, object);
+    describe(block, size, object);
+    return block.m_aligned;
 }
 
 void mrFreeAll() {

@@ -19,9 +19,15 @@ void* mrMalloc(void*& out, int size, int align, int shift);
 /// Gives a block back; pointers that are not on the list are left alone.
 void mrFree(void* block);
 
+/// Blocks that could not be had since the start for want of memory.
+int mrRefusedBlocks();
+/// For one that is larger than any block can be, and was not asked for.
+void mrCountRefusedBlock();
+
 /// Fills the arguments that are not null; false if `block` is not on the list.
 bool mrMallocInfo(void* block, int* size, mrObject** object);
-/// The walk over all blocks, oldest first; one walk at a time. Null at the end.
+/// The walk over all blocks, oldest first; one walk at a time. Null at the end. A block that was delivered
+/// may be freed before the next one is asked for.
 void* mrMallocFirst(int* size, mrObject** object);
 void* mrMallocNext(int* size, mrObject** object);
 /// Drops the list at the end of the process; the memory itself goes with the process.

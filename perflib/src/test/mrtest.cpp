@@ -10,8 +10,10 @@
 #include "output/mrtrace.h"
 #include "test/mrmemory.h"
 #include "timing/mrfloat.h"
+#include "timing/mrleftstate.h"
 #include "timing/mrpriority.h"
 #include "timing/mrsignal.h"
+#include "timing/mrstop.h"
 #include "timing/mrturns.h"
 
 namespace {
@@ -39,6 +41,24 @@ void reportLostBlocks() {
                 << " bytes\n"
                 << MSG_END;
     }
+}
+
+/// Puts right what a function under test left changed, and tells it once a test.
+void restoreLeftState() {
+    mrRestoreSignals();
+    const mrString names = mrLeftStateToTell();
+    if (!names.empty()) {
+        g_ostrm << MSG_WARN << "-- Left changed by the function, put right: " << names << "\n" << MSG_END;
+    }
+}
+
+/// Runs a step that is the suite's own: it calls the library, and may be given up.
+template <class Step>
+auto leavableStep(const char* name, Step step) {
+    return mrTraced(name, [&] {
+        const tsSignal::Leavable leavable;
+        return step();
+    });
 }
 
 }  // namespace
@@ -96,12 +116,18 @@ int mrTest::run() {
     const int messages = g_ostrm.msgDepth();
     const int steps = g_trace.size();
     bool selected = true;
-    try {
-        _g_signal.guard([&] { selected = runSteps(); });
-    } catch (const mrException& exception) {
+    const auto endTheTest = [&](const mrException& exception) {
         g_ostrm.restoreMsgDepth(messages);
         catchException(exception);
         g_trace.leaveTo(steps);
+    };
+    try {
+        _g_signal.guard([&] { selected = runSteps(); });
+    } catch (const mrException& exception) {
+        endTheTest(exception);
+    } catch (...) {
+        // Only a function under test throws what is no std::exception.
+        endTheTest(mrException(mrString("Unknown exception")));
     }
     if (!selected) {
         return MR_NOT_RUN;
@@ -114,6 +140,7 @@ int mrTest::run() {
 bool mrTest::runSteps() {
     m_result = MR_OK;
     m_currentResult = MR_NOT_RUN;
+    mrForgetLeftState();
     m_tool = g_tool;
     if (m_info.m_regMark.found("Ibs")) {
         m_tool.m_ibs = true;
@@ -126,7 +153,7 @@ bool mrTest::runSteps() {
     OldOutLevel = g_ostrm.outLevel();
     m_date.start();
     putTestTitle();
-    if (!mrTraced("canStart", [this] { return canStart(); })) {
+    if (!leavableStep("canStart", [this] { return canStart(); })) {
         writeError("-- Can't start timing\n");
         m_currentResult = MR_DATA_FAIL;
     } else if (m_cache && m_pCacheIter == nullptr) {
@@ -164,9 +191,12 @@ void mrTest::measureAll() {
 /// right here. Blocks stay behind: their owners know them still, and give them back when they are used again.
 void mrTest::catchException(const mrException& exception) {
     m_currentResult = MR_EXCEPTION;
+    mrStop::endCombination();
     mrResetPriority();
+    mrRestoreAfterCall();
     g_ostrm.setOutLevel(OldOutLevel);
     g_cstrm.tableFlush();
+    restoreLeftState();
     writeError(exception.msg() + " in " + g_trace.getCurName() + "\n");
     reportLostBlocks();
 }
@@ -223,6 +253,7 @@ int mrTest::countedResult(int result) {
 
 void mrTest::loopData() {
     m_first = true;
+    m_withoutMemory = false;
     const mrString trace = g_trace.text();
     g_cstrm.identicalLinesStart(m_numParmsColm);
     bool constantsOpen = true;
@@ -234,16 +265,24 @@ void mrTest::loopData() {
             break;
         }
         m_first = false;
+        mrStop::beginCombination();
         measureCombination(constantsOpen);
-        mrTraced("flushData", [this] { flushData(); });
-    } while (!mrIsFail(m_currentResult) && !tsSignal::stopAsked() && !g_turns.leavesTest());
+        leavableStep("flushData", [this] { flushData(); });
+        mrStop::endCombination();
+    } while (!mrIsFail(m_currentResult) && !mrStop::asked() && !g_turns.leavesTest());
+    if (m_withoutMemory) {
+        // Counts at every console level, as the line that told it shows at every level.
+        raiseResult(MR_DATA_NOTE);
+    }
     closeTable();
 }
 
 /// Builds the data of one combination, times it and puts the result out. A combination without data is passed
 /// over.
 void mrTest::measureCombination(bool& constantsOpen) {
-    if (!mrTraced("initData", [this] { return initData(); })) {
+    const int refused = mrRefusedBlocks();
+    if (!leavableStep("initData", [this] { return initData(); })) {
+        m_withoutMemory = m_withoutMemory || mrRefusedBlocks() != refused;
         return;
     }
     if (constantsOpen) {
@@ -281,6 +320,7 @@ mrResult mrTest::timeCombination() {
     }
     const mrResult timed = mrTraced("runTiming", [this] { return runTiming(); });
     g_ostrm.setOutLevel(OldOutLevel);
+    restoreLeftState();
     if (timed != MR_NOT_RUN) {
         printAllMemoryBlocks("after function calls");
     } else {

@@ -175,4 +175,6 @@ class mrTest {
     bool retryCache();
     void putResultLine(mrResult result);
     const char* measuredEntry() const;
+
+    bool m_withoutMemory = false;  ///< the walk has dropped a combination for want of memory
 };

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "session/mrconditions.h"
-#include "timing/mrsignal.h"
+#include "timing/mrstop.h"
 
 namespace {
 
@@ -67,7 +67,7 @@ void mrTestList::plus(int result) {
 
 bool mrTestList::runTests(mrConditions& conditions) {
     for (mrTest* test : *this) {
-        if (tsSignal::stopAsked()) {
+        if (mrStop::asked()) {
             g_ostrm << MSG_ERR << "-- Run is stopped by a signal\n" << MSG_END;
             break;
         }

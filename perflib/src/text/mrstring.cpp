@@ -27,7 +27,7 @@ mrString::mrString() { allocate(0); }
 
 mrString::mrString(const char* text) { assign(text); }
 
-mrString::mrString(const mrString& other) : m_failed(other.m_failed) { assign(other); }
+mrString::mrString(const mrString& other) { assign(other); }
 
 mrString::mrString(mrString&& other) noexcept { *this = std::move(other); }
 
@@ -35,7 +35,6 @@ mrString::~mrString() { free(); }
 
 mrString& mrString::operator=(const mrString& other) {
     assign(other);
-    m_failed = other.m_failed;
     return *this;
 }
 
@@ -43,7 +42,6 @@ mrString& mrString::operator=(mrString&& other) noexcept {
     m_data.swap(other.m_data);
     std::swap(m_length, other.m_length);
     std::swap(m_capacity, other.m_capacity);
-    std::swap(m_failed, other.m_failed);
     return *this;
 }
 

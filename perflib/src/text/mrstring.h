@@ -36,7 +36,8 @@ class mrString {
     /// The byte at `index`, which must lie in 0 to length (the NUL).
     char operator[](int index) const { return c_str()[index]; }
 
-    /// Set by the reading operators on the text that they could not convert.
+    /// Set by the reading operators on the text that they could not convert. It belongs to this object: a
+    /// copy has none, and a new text leaves it as it is.
     bool failed() const { return m_failed; }
     void setFailed(bool failed) { m_failed = failed; }
 
@@ -141,6 +142,18 @@ mrString mrText(T value) {
     mrString text;
     text << value;
     return text;
+}
+
+/// The texts that `textOf` gives of the items, empty ones too, with `separator` between them.
+template <class List, class TextOf>
+mrString mrJoined(const List& items, const char* separator, TextOf textOf) {
+    mrString joined;
+    const char* before = "";
+    for (const auto& item : items) {
+        joined << before << textOf(item);
+        before = separator;
+    }
+    return joined;
 }
 
 /// A text by a printf format.

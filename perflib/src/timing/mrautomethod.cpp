@@ -146,8 +146,8 @@ bool mrTool::iterateMeasurement(int next, int stop) {
         }
         if (r == MR_ACCURACY_FAIL) {
             // With one clock a tick no count is below the factor, so a reading of zero always ends the
-            // method.
-            if (mrCpuTicker::getClockFactor() <= next) {
+            // method. So does a call that fails at once: no multiple of 0 loops is a count.
+            if (m_numLoops == 0 || mrCpuTicker::getClockFactor() <= next) {
                 failTiming();
                 return false;
             }
@@ -228,6 +228,9 @@ mrResult mrTool::doubleLoops(int startLoops, int maxLoops) {
     m_numLoops = startLoops < maxLoops ? startLoops : maxLoops;
     for (;;) {
         mrTraced("runTimFunc", [this] { runTimFunc(m_numLoops, &m_funcClocks, false); });
+        if (m_numLoops == 0) {
+            return MR_ACCURACY_FAIL;
+        }
         m_funcClocks /= m_numLoops;
         if (m_funcClocks <= 0.0) {
             return MR_ACCURACY_FAIL;

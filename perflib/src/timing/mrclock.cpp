@@ -3,7 +3,7 @@
 #include <climits>
 #include <cstdlib>
 
-#include "zylcore.h"
+#include "timing/mrtickrate.h"
 
 namespace {
 
@@ -13,24 +13,6 @@ constexpr int tamarin_mhz[] = {60,   66,   75,   90,   100,  120,  133,  150,  1
                                1800, 1900, 2000, 2200, 2260, 2400, 2500, 2530, 2600, 2660, 2800, 3060};
 constexpr int FarthestRate = 1000;
 constexpr double RateTolerance = 0.03;
-
-/// Clocks of one turn of the second hand, waited for.
-Zyl64u clocksOfSecond() {
-    const Zyl64u clocks = zylGetCpuClocks();
-    const std::time_t start = std::time(nullptr);
-    while (std::difftime(std::time(nullptr), start) < 1.0) {
-    }
-    return zylGetCpuClocks() - clocks;
-}
-
-int measureMHz() {
-    // The first round only finds the turn of a second; the two after it last a full second each.
-    clocksOfSecond();
-    const auto second = static_cast<float>(clocksOfSecond());
-    const auto third = static_cast<float>(clocksOfSecond());
-    const float sum = second + third;
-    return static_cast<int>(static_cast<double>(sum) / 1000000.0 * 0.5);
-}
 
 /// What an earlier process measured, by METRIG_MHZ in the environment; 0 if that is not set or no rate.
 int givenMHz() {
@@ -68,7 +50,7 @@ int mrCpuTicker::getFreq() {
         m_freqMHz = givenMHz();
     }
     if (m_freqMHz == 0) {
-        m_freqMHz = nominalFreq(measureMHz());
+        m_freqMHz = nominalFreq(mrMeasureMHz(mrSystemClocks));
     }
     return m_freqMHz;
 }

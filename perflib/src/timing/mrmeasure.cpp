@@ -1,6 +1,7 @@
 // One measurement: an entry is chosen and called, and its raw clocks are kept. Between two clock reads stands
 // nothing but the entry; tracing, texts and priority changes stay outside.
 
+#include <algorithm>
 #include <cmath>
 
 #include "mrtool.h"
@@ -8,7 +9,9 @@
 #include "session/mrbinding.h"
 #include "test/mrtest.h"
 #include "timing/mrfloat.h"
+#include "timing/mrleftstate.h"
 #include "timing/mrpriority.h"
+#include "timing/mrsignal.h"
 
 namespace {
 
@@ -16,11 +19,22 @@ constexpr int RunLine = 273;
 constexpr int CallLoopLine = 857;
 constexpr int CallStatLine = 894;
 constexpr int Attempts = 2;
+/// Of a statistic measurement: without a call there is no figure.
+constexpr int LeastCalls = 1;
 
 /// A figure as whole clocks; what no long long holds is cut to its range.
 long long wholeClocks(double figure) {
     constexpr double Limit = 9.2e18;
     return static_cast<long long>(std::fmin(std::fmax(figure, -Limit), Limit));
+}
+
+/// Calls an entry, which may be given up, and puts right what all code behind it needs.
+template <class Entry>
+mrResult calledEntry(Entry entry) {
+    const tsSignal::Leavable leavable;
+    const mrResult result = entry();
+    mrRestoreAfterCall();
+    return result;
 }
 
 long long elapsed(Zyl64u start, Zyl64u stop) { return static_cast<long long>(stop - start); }
@@ -41,12 +55,14 @@ void mrTool::ctrlStop() {
 template <class Entry>
 mrResult mrTool::watchedCall(Entry entry) {
     ctrlStart();
+    const mrControlWords words;
     g_trace.traceIn("zylFunctionCalls");
     mrSetPriority(m_priority);
-    const mrResult result = entry();
+    const mrResult result = calledEntry(entry);
     mrResetPriority();
     g_trace.traceOut("zylFunctionCalls");
     ctrlStop();
+    words.restore();
     return result;
 }
 
@@ -69,9 +85,14 @@ void mrTool::runTimFunc(int n, double* out, bool prior) {
 }
 
 mrResult mrTool::measureOnce(int& n, double least, bool prior) {
+    if (!prior && (m_setAndUse || m_funcStat != nullptr)) {
+        n = std::max(n, LeastCalls);
+    }
     if (m_setAndUse) {
         return mrTraced("zylFunctionCalls", [&] {
-            return prior ? timCall_Loop(n, &m_numClocks, true) : timCall_Stat(&n, &m_numClocks, true);
+            return calledEntry([&] {
+                return prior ? timCall_Loop(n, &m_numClocks, true) : timCall_Stat(&n, &m_numClocks, true);
+            });
         });
     }
     if (m_ibs && m_funcInit != nullptr) {
@@ -101,12 +122,13 @@ mrResult mrTool::takeBlocks(int calls, int blocks) {
 
 void mrTool::runTimFuncStat(long long clocks, int* numCalls, double* funcClocks) {
     mrResult result = MR_NOT_RUN;
+    *numCalls = std::max(*numCalls, LeastCalls);
     if (m_setAndUse) {
         if (m_funcCall == nullptr) {
             m_result = MR_NOT_RUN;
             return;
         }
-        result = timCall_Stat(numCalls, &clocks, true);
+        result = calledEntry([&] { return timCall_Stat(numCalls, &clocks, true); });
     } else {
         result = watchedCall([&] {
             return m_funcStat != nullptr ? m_funcStat(numCalls, &clocks, numIntLoops)

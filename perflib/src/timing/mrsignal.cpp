@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "timing/mrfloat.h"
+#include "timing/mrstop.h"
 
 namespace {
 
@@ -20,14 +21,24 @@ constexpr CaughtSignal Caught[] = {
     {SIGSEGV, "Illegal storage access."},
     {SIGBUS, UnknownSignal},
     {SIGABRT, UnknownSignal},
+    {SIGTRAP, UnknownSignal},
+    {SIGSYS, UnknownSignal},
 };
+
+/// What these would end the run for is told as a failed write.
+constexpr int Ignored[] = {SIGPIPE, SIGXFSZ};
 
 /// The handler runs here, so that a function under test that used up the stack is survived like any other
 /// fault.
 constexpr std::size_t HandlerStackSize = 64 * 1024;
 alignas(16) char handlerStack[HandlerStackSize];
 
-constexpr int StopSignals[] = {SIGINT, SIGTERM};
+/// As they stand when all handlers are installed.
+struct sigaction installed[NSIG];
+sigset_t installedMask = {};
+
+/// What a jump returns with: one is for the other of the two ways to leave a guarded call.
+enum JumpReason : int { Fault = -1, Left = 1 };
 
 void install(int code, void (*handler)(int), int flags) {
     struct sigaction action = {};
@@ -36,21 +47,26 @@ void install(int code, void (*handler)(int), int flags) {
     sigaction(code, &action, nullptr);
 }
 
-/// A run that was started deaf to the signal stays so. Without SA_RESTART, so that a question on the console
-/// ends too.
-void installStop(int code, void (*handler)(int)) {
-    struct sigaction old = {};
-    if (sigaction(code, nullptr, &old) == 0 && old.sa_handler != SIG_IGN) {
-        install(code, handler, 0);
-    }
-}
-
 void useHandlerStack(int flags) {
     stack_t stack = {};
     stack.ss_sp = handlerStack;
     stack.ss_size = sizeof handlerStack;
     stack.ss_flags = flags;
     sigaltstack(&stack, nullptr);
+}
+
+template <class Visit>
+void forReliedOn(Visit visit) {
+    for (const CaughtSignal& caught : Caught) {
+        visit(caught.code);
+    }
+    for (const int code : mrStop::Requests) {
+        visit(code);
+    }
+    visit(mrStop::TimeSignal);
+    for (const int code : Ignored) {
+        visit(code);
+    }
 }
 
 /// Saves the return point in force and hands it back at the end, by return or by exception.
@@ -79,7 +95,8 @@ class SavedReturnPoint {
 jmp_buf tsSignal::m_jmpbuf;
 volatile std::sig_atomic_t tsSignal::m_code = 0;
 volatile std::sig_atomic_t tsSignal::m_armed = 0;
-volatile std::sig_atomic_t tsSignal::m_stopAsked = 0;
+volatile std::sig_atomic_t tsSignal::m_leavable = 0;
+const char* volatile tsSignal::m_leaveText = nullptr;
 pthread_t tsSignal::m_thread;
 
 tsSignal::tsSignal() {
@@ -88,12 +105,12 @@ tsSignal::tsSignal() {
     for (const CaughtSignal& caught : Caught) {
         install(caught.code, handler, SA_ONSTACK);
     }
-    for (const int code : StopSignals) {
-        installStop(code, askStop);
+    mrStop::install();
+    for (const int code : Ignored) {
+        install(code, SIG_IGN, 0);
     }
-    // What these would end the run for is told as a failed write.
-    install(SIGPIPE, SIG_IGN, 0);
-    install(SIGXFSZ, SIG_IGN, 0);
+    forReliedOn([](int code) { sigaction(code, nullptr, &installed[code]); });
+    pthread_sigmask(SIG_SETMASK, nullptr, &installedMask);
 }
 
 tsSignal::~tsSignal() {
@@ -114,11 +131,13 @@ const char* tsSignal::getInfo() const {
 
 void tsSignal::guardCall(void (*body)(void*), void* context) {
     const SavedReturnPoint outer(m_jmpbuf, m_armed);
-    if (_setjmp(m_jmpbuf) != 0) {
+    const int reason = _setjmp(m_jmpbuf);
+    if (reason != 0) {
         m_armed = 0;
+        m_leavable = 0;
         // The kernel gave the handler a fresh floating-point state, and the jump kept it.
         mrRestoreFloatState();
-        throw mrException(getInfo());
+        throw mrException(reason == Left ? m_leaveText : getInfo());
     }
     m_armed = 1;
     try {
@@ -128,9 +147,57 @@ void tsSignal::guardCall(void (*body)(void*), void* context) {
     }
 }
 
+tsSignal::Leavable::Leavable() {
+    m_leavable = 1;
+    if (m_leaveText != nullptr) {
+        m_leavable = 0;
+        throw mrException(m_leaveText);
+    }
+}
+
+void tsSignal::leave(const char* text) {
+    m_leaveText = text;
+    if (m_leavable != 0 && m_armed != 0) {
+        jump(Left);
+    }
+}
+
+bool tsSignal::handOver(int code) {
+    return pthread_equal(pthread_self(), m_thread) == 0 && pthread_kill(m_thread, code) == 0;
+}
+
+bool tsSignal::restoreHandlers() {
+    bool changed = false;
+    forReliedOn([&](int code) {
+        struct sigaction now = {};
+        sigaction(code, nullptr, &now);
+        if (now.sa_handler != installed[code].sa_handler) {
+            sigaction(code, &installed[code], nullptr);
+            changed = true;
+        }
+    });
+    return changed;
+}
+
+bool tsSignal::restoreStack() {
+    stack_t now = {};
+    sigaltstack(nullptr, &now);
+    const bool changed = now.ss_sp != handlerStack || (now.ss_flags & SS_DISABLE) != 0;
+    if (changed) {
+        useHandlerStack(0);
+    }
+    return changed;
+}
+
+bool tsSignal::restoreMask() {
+    sigset_t before = {};
+    pthread_sigmask(SIG_SETMASK, &installedMask, &before);
+    return std::memcmp(&before, &installedMask, sizeof before) != 0;
+}
+
 void tsSignal::handler(int code) {
     if (m_armed == 0 || pthread_equal(pthread_self(), m_thread) == 0) {
-        defaultCourse(code);
+        mrDefaultCourse(code);
         return;
     }
     sig_fpe(code, 0);
@@ -138,24 +205,16 @@ void tsSignal::handler(int code) {
 
 void tsSignal::sig_fpe(int code, int) {
     m_code = code;
-    // _setjmp keeps no mask: a signal left blocked would kill the process the second time.
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, code);
-    pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
-    longjmp(m_jmpbuf, -1);
+    jump(Fault);
 }
 
-/// Pending until the handler returns; then the default action ends the process where the fault was.
-void tsSignal::defaultCourse(int code) {
+void tsSignal::jump(int reason) {
+    // _setjmp keeps no mask: a signal left blocked would kill the process the second time.
+    restoreMask();
+    longjmp(m_jmpbuf, reason);
+}
+
+void mrDefaultCourse(int code) {
     std::signal(code, SIG_DFL);
     raise(code);
-}
-
-void tsSignal::askStop(int) {
-    m_stopAsked = 1;
-    // The next one ends the process at once.
-    for (const int code : StopSignals) {
-        std::signal(code, SIG_DFL);
-    }
 }

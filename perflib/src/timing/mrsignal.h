@@ -6,10 +6,9 @@
 
 #include "timing/mrexception.h"
 
-/// Turns SIGFPE, SIGILL and SIGSEGV in a function under test into an mrException that the test survives: the
-/// handler stores the code and jumps to the return point armed last. Without one, or on a thread that is not
-/// the one of the measurements, the signal takes its default course: a crash of the framework itself is not
-/// hidden.
+/// Turns a signal in a function under test into an mrException that the test survives: the handler stores the
+/// code and jumps to the return point armed last. Without one, or on a thread that is not the one of the
+/// measurements, the signal takes its default course: a crash of the framework itself is not hidden.
 class tsSignal {
   public:
     tsSignal();
@@ -30,8 +29,30 @@ class tsSignal {
         guardCall([](void* context) { (*static_cast<Body*>(context))(); }, &body);
     }
 
-    /// True once SIGINT or SIGTERM has asked the run to end.
-    static bool stopAsked() { return m_stopAsked != 0; }
+    /// For a guarded call of a suite or of the library: while one lives, the call can be given up. Its making
+    /// throws mrException if giving up was asked for before.
+    class Leavable {
+      public:
+        Leavable();
+        Leavable(const Leavable&) = delete;
+        Leavable& operator=(const Leavable&) = delete;
+        ~Leavable() { m_leavable = 0; }
+    };
+    /// True inside such a call.
+    static bool isLeavable() { return m_leavable != 0; }
+    /// Gives up the call in progress, or else the next one: the guard around it throws mrException with
+    /// `text`, which has to stay. For signal handlers.
+    static void leave(const char* text);
+    /// No call is to be given up any more.
+    static void stay() { m_leaveText = nullptr; }
+    /// On another thread than that of the measurements: sends the signal there and returns true.
+    static bool handOver(int code);
+
+    // What a function under test may have taken away: each puts it back and returns true if that was needed.
+
+    static bool restoreHandlers();
+    static bool restoreStack();
+    static bool restoreMask();
 
     /// What the installed handler does: `thread` is unused and kept for handlers of systems that pass it.
     static void sig_fpe(int code, int thread);
@@ -42,12 +63,16 @@ class tsSignal {
   private:
     void guardCall(void (*body)(void*), void* context);
     static void handler(int code);
-    static void defaultCourse(int code);
-    static void askStop(int code);
+    [[noreturn]] static void jump(int reason);
 
     static volatile std::sig_atomic_t m_armed;
-    static volatile std::sig_atomic_t m_stopAsked;
+    static volatile std::sig_atomic_t m_leavable;
+    static const char* volatile m_leaveText;
     static pthread_t m_thread;
 };
+
+/// The default action of a signal, from its handler: pending until that returns, then the process ends where
+/// the signal met it.
+void mrDefaultCourse(int code);
 
 extern tsSignal _g_signal;

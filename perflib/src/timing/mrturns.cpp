@@ -12,7 +12,7 @@
 #include "mrtool.h"
 #include "output/mrostream.h"
 #include "session/mrbinding.h"
-#include "timing/mrsignal.h"
+#include "timing/mrstop.h"
 
 namespace {
 
@@ -152,7 +152,7 @@ bool mrTurns::readLine(mrString& line) {
         }
         pollfd ready = {m_in, POLLIN, 0};
         const bool waited = poll(&ready, 1, -1) == 1;
-        if (tsSignal::stopAsked()) {
+        if (mrStop::asked()) {
             return false;
         }
         char buffer[LongestLine + 1];

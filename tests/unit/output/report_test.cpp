@@ -109,6 +109,8 @@ TEST(Report, EndCountsResults) {
             tests.plus(result);
         }
     }
+    EXPECT_EQ(tests.m_counts[MR_NOTE], 4 + 8 + 16 + 32 + 64);
+    EXPECT_EQ(tests.m_counts[MR_FAIL], 128 + 256 + 512 + 1024 + 2048);
     const std::string table =
         "END_DATA\n.Number of tests,4095\n.Successes      ,2\n.Failures       ,1980\n...Fails        ,1920\n"
         ".....-FAIL      ,896\n.....-EXCPTFAIL ,1024\n...Notes        ,60\n.....-NOTE      ,52\n"

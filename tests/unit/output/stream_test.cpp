@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/resource.h>
 
 #include "mr.h"
 #include "output/mrtrace.h"
 #include "support/captured_output.h"
+#include "support/replaced.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -47,6 +50,70 @@ TEST(FileStream, ReadsLinesOfAnyLength) {
         EXPECT_EQ(str(line), std::string(length, 'x'));
     }
     EXPECT_FALSE(file.getline(line));
+}
+
+TEST(OutputFiles, KeepWhatIsThereUntilTextComes) {
+    // The content, whether to append, the text that is written twice, and the content then.
+    static constexpr std::tuple<const char*, bool, const char*, const char*> rows[] = {
+        {"old\n", false, "", "old\n"},   {"old\n", false, "x\n", "x\nx\n"}, {"torn", true, "", "torn"},
+        {"torn", true, "x", "torn\nxx"}, {"old\n", true, "x", "old\nxx"},   {"", true, "x", "xx"},
+    };
+    const TempFolder folder;
+    for (const auto& [before, append, text, after] : rows) {
+        mrUStream table;
+        ASSERT_TRUE(table.addStream(folder.file("table", before), append));
+        for (int i = 0; i < 2; ++i) {
+            table << text;
+            table.flush();
+        }
+        EXPECT_EQ(folder.content("table"), after) << before << append;
+    }
+}
+
+TEST(OutputFiles, AreWrittenByOneKeyOfOneRun) {
+    const TempFolder folder;
+    const mrString name = folder.file("table", "old");
+    symlink(name.c_str(), folder.path("link").c_str());
+    mrUStream summary;
+    CapturedOutput output(MSG_ERR);
+    for (const char* other : {"table", "link"}) {
+        mrUStream listing;
+        EXPECT_TRUE(listing.addStream(name, false));
+        listing << "begun";
+        EXPECT_FALSE(summary.addStream(folder.path(other).c_str(), true));
+        listing.close();
+        EXPECT_EQ(folder.content("table"), "old");
+    }
+    const i_stream another(name, IO_READ | IO_NOPATH, true);
+    flock(fileno(another.file()), LOCK_EX);
+    EXPECT_FALSE(summary.addStream(name, false));
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_TRUE(summary.addStream("/dev/null", false)) << "any number may write there";
+    }
+    EXPECT_EQ(replaced(output.text(), folder.path(), ""),
+              "-- Can't write file table: two keys name it\n-- Can't write file link: two keys name it\n"
+              "-- Can't write file table: another run writes it\n");
+}
+
+TEST(OutputFiles, GetWholeLinesWhereThereIsRoomAgain) {
+    const TempFolder folder;
+    mrUStream table;
+    ASSERT_TRUE(table.addStream(folder.file("table", ""), false));
+    CapturedOutput output(MSG_ERR);
+    rlimit before = {};
+    getrlimit(RLIMIT_FSIZE, &before);
+    rlimit limit = before;
+    std::string lines;
+    for (const unsigned size : {8U, 20U, 1000U}) {
+        limit.rlim_cur = size;
+        setrlimit(RLIMIT_FSIZE, &limit);
+        table << "one line\nthe next\n";
+        table.flush();
+        lines += "one line\nthe next\n";
+        EXPECT_EQ(folder.content("table"), lines.substr(0, size));
+    }
+    setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_EQ(replaced(output.text(), folder.path(), ""), "-- Can't write file table: File too large\n");
 }
 
 TEST(Trace, IndentsByTheDepthAndRecoversIt) {

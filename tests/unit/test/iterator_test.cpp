@@ -64,13 +64,15 @@ TEST(StepIterator, TellsItselfInTheFormInForce) {
 
 TEST(MapIterator, TakesBeginningsOfNames) {
     mrMapIterator<int> search;
+    search[7] = "";
     search[0] = "-";
     search[1] = "hardSearch";
     search[2] = "hardest";
     search[1] = "second name of 1";
     search.setName("hardSearch");
-    EXPECT_EQ(str(search.prompt()), "hardSearch {-|hardSearch|hardest}");
-    EXPECT_EQ(outcome(search, "HARD; harde; -"), "hardSearch hardest - ");
+    EXPECT_EQ(str(search.prompt()), "hardSearch {|-|hardSearch|hardest}");
+    EXPECT_EQ(outcome(search, " ; HARD; harde; -"), " hardSearch hardest - ");
+    EXPECT_EQ(str(search.defaultString()), "; hardSearch; hardest; -");
     EXPECT_EQ(outcome(search, "second"), REFUSED "Invalid value of hardSearch = second");
 }
 

@@ -40,12 +40,17 @@ TEST(String, FindsAndCuts) {
     EXPECT_EQ(str(text.substr(4, 9) + text.substr(4, -1)), "bc");
 }
 
-TEST(String, TrimLeavesTheCarriageReturnBehind) {
+TEST(String, TrimLeavesTheCarriageReturnBehindAndTheMarkOfFailure) {
     static constexpr const char* rows[][2] = {
         {" \t\rabc \t", "abc"}, {"abc \r ", "abc \r"}, {" \r\t", ""}, {"          ten blanks", "ten blanks"}};
     for (const auto& [untrimmed, trimmed] : rows) {
         mrString text = untrimmed;
+        text.setFailed(true);
+        mrString copy;
+        copy = text;
+        EXPECT_FALSE(mrString(text).failed() || copy.failed());
         text.trim();
+        EXPECT_TRUE(text.failed());
         EXPECT_EQ(str(text), trimmed) << '"' << untrimmed << '"';
     }
 }

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "support/float_flags.h"
+#include "support/golden.h"
 #include "support/scripted_clock.h"
 
 namespace {
@@ -74,6 +75,13 @@ TEST_F(AutoMethod, EndsWithAFailOfTheEntry) {
     EXPECT_EQ(answering({MR_OK, MR_OK, MR_LIB_FAIL}), "L1 L32 L128 = 1000 nLps=128 !9");
     EXPECT_EQ(answering({MR_ACCURACY_FAIL, MR_OK}), "L1 L10 = 1000  !7");
     EXPECT_EQ(answering({MR_LIB_NOTE, MR_OK}), "L1 L32 L128 = 1000 nLps=128 !5");
+    // A call that fails at once leaves no count to double, at the first iteration or at a later one.
+    tool.m_setAndUse = true;
+    statuses = {0, 0, 0, 0, -8};
+    EXPECT_EQ(course({25000, 26000}, "C"), "C*5 = 26000  !7");
+    statuses.assign(10, 0);
+    statuses.push_back(-8);
+    EXPECT_EQ(course({25000, 26000}, "C"), "C*14 = 26000  !7");
 }
 
 TEST_F(AutoMethod, OneStatisticMeasurementStandsForTheIteration) {
@@ -85,6 +93,8 @@ TEST_F(AutoMethod, OneStatisticMeasurementStandsForTheIteration) {
     mrTool::m_minNumLoops = 20;
     mrTool::m_numMilliseconds = 3;
     EXPECT_EQ(course({10000}, "LS"), "L1 S20/300000/1 = 10000 nLps=5000");
+    mrTool::m_minNumLoops = mrTool::m_numMilliseconds = 0;
+    EXPECT_EQ(course({10000}, "LS"), "L1 S1/0/1 = 10000 nLps=5000");
     mrTool::m_minNumLoops = 8;
     mrTool::m_numMilliseconds = 100;
     // The best single call is divided all the same, so what counts as short reaches up to 2222 clocks.
@@ -98,21 +108,7 @@ TEST_F(AutoMethod, OneStatisticMeasurementStandsForTheIteration) {
 TEST_F(AutoMethod, DescribesItsCourse) {
     CapturedOutput output(InfoLevel);
     course({25000, 26000});
-    EXPECT_EQ(output.text(),
-              "    Auto method: start\n        minClocks  = 10000\n"
-              "    Prior Measurement: \n        numLoops   = 1\n        numClocks  = 25000\n"
-              "        funcClocks = 2.5e+04\n        result     = successfully\n"
-              "    Iteration Measurement: \n        startLoops = 4\n        maxLoops   = 2048\n"
-              "        stopLoops  = 4\n        stopClocks = 104000\n        accuracy   = 3.9%\n"
-              "        funcClocks = 2.6e+04\n        result     = successfully\n"
-              "    Simple Measurements: \n        numLoops   = 4\n        numClocks  = 104000\n"
-              "        funcClocks = 1.04e+05\n        numLoops   = 4\n        numClocks  = 104000\n"
-              "        funcClocks = 1.04e+05\n        accuracy   = 66.7%\n        bestClocks = 2.6e+04\n"
-              "        result     = wrong measure accuracy\n"
-              "    Iteration Measurement: \n        startLoops = 16\n        maxLoops   = 2048\n"
-              "        stopLoops  = 16\n        stopClocks = 416000\n        accuracy   = 0.00%\n"
-              "        funcClocks = 2.6e+04\n        result     = successfully\n"
-              "    Auto method: stop\n");
+    expectGolden("unit/timing/golden/auto_course.txt", output.text());
 }
 
 TEST_F(AutoMethod, CountsMayBeCalledCalls) {

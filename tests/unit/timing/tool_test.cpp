@@ -116,7 +116,7 @@ TEST_F(Tool, AddsUpTimedCallsOfTheCallEntry) {
     // A round is a timed and an untimed call.
     EXPECT_EQ(calls(MR_METHOD_STAT, 12, 1200, {0}, "C"), "C*25 = 100 nCalls=12");
     EXPECT_EQ(calls(MR_METHOD_STAT, 12, 1201, {0}, "C"), "C*27 = 100 nCalls=13");
-    EXPECT_EQ(calls(MR_METHOD_STAT, 0, 0, {0}, "C"), "C = 0 nCalls=0");
+    EXPECT_EQ(calls(MR_METHOD_STAT, 0, 0, {0}, "C"), "C*3 = 100 nCalls=1");
     EXPECT_EQ(calls(MR_METHOD_STAT, 2, 0, {0}, "CI"), "I C I C*2 I C*2 = 100 nCalls=2");
     // The status of the untimed call comes first, and alone ends it; that round counts no call, but clocks.
     EXPECT_EQ(calls(MR_METHOD_STAT, 2, 0, {0, 0, 0, -1, 3}, "C"), "C*5 = 100 nCalls=2 !3");
