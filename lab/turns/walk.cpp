@@ -7,7 +7,10 @@ namespace lab {
 
 namespace {
 
-constexpr int WarmBlocks = 3;
+constexpr int ColdBlocks = 3;
+constexpr int WarmBlocks = 2;
+/// Less than any reading of a clock takes.
+constexpr double LeastTicks = 20.0;
 /// An instrument takes no more in a block.
 constexpr double MostCalls = 1e6;
 
@@ -165,45 +168,65 @@ class PairWalk {
     }
 
     void takeTurns(Visit& visit) {
-        const double ticks = ticksOfCall(visit);
-        if (ticks <= 0.0) {
+        const auto size = sizeOfTurns(visit);
+        if (!size) {
             return;
         }
-        const TurnSize size = turnSize(m_task.shape, ticks, m_task.mhz);
         Random random{m_task.seed, m_task.pair, visit.point};
         for (int epoch = 0; epoch < m_task.shape.epochs; ++epoch) {
             const std::size_t first = random.coin() ? 0 : 1;
             for (const std::size_t side : {first, 1 - first}) {
-                auto turn = take(side, size, visit);
+                auto turn = take(side, *size, visit);
                 if (!turn) {
                     // has the other side the same fate?
-                    take(1 - side, size, visit);
+                    take(1 - side, *size, visit);
                     visit.turns.clear();
                     return;
                 }
-                visit.turns.push_back({side == 0 ? Side::older : Side::newer, epoch, size.calls,
+                visit.turns.push_back({side == 0 ? Side::older : Side::newer, epoch, size->calls,
                                        std::vector<std::int64_t>(turn->blocks.begin(), turn->blocks.end()),
                                        turn->empty, turn->loop, m_task.seconds()});
             }
         }
     }
 
-    /// Of the faster side; 0 if a side did not live to tell. Both sides are warm then.
-    double ticksOfCall(Visit& visit) {
+    /// Ticks of a call on the faster side, by the least of some blocks of `calls`; 0 if a side did not live
+    /// to tell.
+    double ticksOfCall(long long calls, int blocks, Visit& visit) {
         double least = 0.0;
         bool lived = true;
         for (const std::size_t side : {0U, 1U}) {
-            const auto cold = take(side, {1, WarmBlocks}, visit);
-            const auto warm = cold ? take(side, {1, WarmBlocks}, visit) : std::nullopt;
-            if (!warm) {
+            const auto turn = take(side, {calls, blocks}, visit);
+            if (!turn) {
                 lived = false;
                 continue;
             }
-            const long long ticks = *std::min_element(warm->blocks.begin(), warm->blocks.end()) - warm->empty;
-            const double one = std::max(1.0, static_cast<double>(ticks));
+            const auto block =
+                static_cast<double>(*std::min_element(turn->blocks.begin(), turn->blocks.end()));
+            const double one = std::max(block, LeastTicks) / static_cast<double>(calls);
             least = least == 0.0 ? one : std::min(least, one);
         }
         return lived ? least : 0.0;
+    }
+
+    /// One call by itself says too much, as the reading of the clock is in it, so a second look follows with
+    /// as many as that allows. Both sides are warm then. Nothing if a side did not live to tell.
+    std::optional<TurnSize> sizeOfTurns(Visit& visit) {
+        TurnSize size;
+        if (ticksOfCall(1, ColdBlocks, visit) <= 0.0) {
+            return std::nullopt;
+        }
+        for (const int blocks : {ColdBlocks, WarmBlocks}) {
+            const double ticks = ticksOfCall(size.calls, blocks, visit);
+            if (ticks <= 0.0) {
+                return std::nullopt;
+            }
+            size = turnSize(m_task.shape, ticks, m_task.mhz);
+            if (size.calls == 1) {
+                break;
+            }
+        }
+        return size;
     }
 
     std::array<Walker, 2> m_walkers;
