@@ -145,7 +145,7 @@ int run(CLI::App& app, CommandLine& line, const std::vector<std::string>& keys) 
         return lab::exitUse;
     }
     if (app.got_subcommand("resume")) {
-        return lab::resumeCommand(line.store, line.showing);
+        return lab::resumeCommand(line.store, line.showing, line.time.empty() ? 0.0 : line.settings.seconds);
     }
     if (app.got_subcommand("show")) {
         return lab::showCommand(line.store, line.showing);
@@ -165,7 +165,10 @@ int runCommandLine(int argc, char** argv) {
     app.require_subcommand(1);
     app.footer(statuses);
     addCompare(app, line);
-    addShowing(addOfStore(app, "resume", "Goes on with a comparison that was interrupted", line), line);
+    CLI::App& resuming = addOfStore(app, "resume", "Goes on with a comparison that was interrupted", line);
+    resuming.add_option("--time", line.time, "longest time from now on: 90s, 10m (what was left)")
+        ->check(checkedBy(lab::parseSeconds));
+    addShowing(resuming, line);
     addShowing(addOfStore(app, "show", "Shows a comparison, finished or not", line), line);
     CLI::App& exporting = addOfStore(app, "export", "Hands a comparison to other programs", line);
     exporting.add_flag("--json", line.json, "as one JSON document")->required();

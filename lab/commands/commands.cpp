@@ -25,12 +25,14 @@ int complain(const std::string& text, ExitStatus status) {
     return status;
 }
 
-/// Runs what may end in one of the known ways.
-int guarded(const std::string& path, const std::function<int()>& work) {
+/// Runs what may end in one of the known ways. `store` is what can be resumed then, if anything.
+int guarded(const std::string& store, const std::function<int()>& work) {
     try {
         return work();
     } catch (const Interrupted&) {
-        return complain("interrupted; \"metrig-lab resume " + path + "\" goes on", exitInterrupted);
+        return complain(
+            store.empty() ? "interrupted" : "interrupted; \"metrig-lab resume " + store + "\" goes on",
+            exitInterrupted);
     } catch (const NotComparable& reason) {
         return complain(std::string("not comparable: ") + reason.what(), exitNotComparable);
     } catch (const std::exception& reason) {
@@ -48,10 +50,11 @@ int showReport(const Report& report, const Showing& showing) {
 }
 
 /// Has the store of a comparison made, runs what is missing and shows all.
-int runComparison(const std::string& path, const Showing& showing,
+int runComparison(const std::string& path, const Showing& showing, double moreSeconds,
                   const std::function<Store(const Watcher&)>& makeStore) {
     noteInterrupts();
-    return guarded(path, [&] {
+    std::string begun;
+    return guarded(begun, [&] {
         ProgressLine line(stderr, isatty(STDERR_FILENO) != 0);
         std::vector<std::string> said;
         const auto warn = [&](const std::string& text) {
@@ -61,7 +64,8 @@ int runComparison(const std::string& path, const Showing& showing,
         const Watcher watcher{[&](const Progress& progress) { line.show(progress); }, warn,
                               [&](const std::string& text) { line.say(text); }};
         Store store = makeStore(watcher);
-        continueComparison(store, watcher);
+        begun = path;
+        continueComparison(store, watcher, moreSeconds);
         line.clear();
         Report report = reportOf(store);
         if (isatty(STDERR_FILENO) != 0 && isatty(STDOUT_FILENO) != 0) {
@@ -77,12 +81,12 @@ int runComparison(const std::string& path, const Showing& showing,
 }  // namespace
 
 int compareCommand(const Settings& settings, const std::string& path, const Showing& showing) {
-    return runComparison(path, showing,
+    return runComparison(path, showing, 0.0,
                          [&](const Watcher& watcher) { return beginComparison(settings, path, watcher); });
 }
 
-int resumeCommand(const std::string& path, const Showing& showing) {
-    return runComparison(path, showing, [&](const Watcher&) { return Store::open(path, true); });
+int resumeCommand(const std::string& path, const Showing& showing, double moreSeconds) {
+    return runComparison(path, showing, moreSeconds, [&](const Watcher&) { return Store::open(path, true); });
 }
 
 int showCommand(const std::string& path, const Showing& showing) {

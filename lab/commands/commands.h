@@ -16,7 +16,8 @@ struct Showing {
 
 /// Each returns the exit status, and says on standard error why, where that is not the answer itself.
 int compareCommand(const Settings& settings, const std::string& path, const Showing& showing);
-int resumeCommand(const std::string& path, const Showing& showing);
+/// For `moreSeconds`, when they are above 0.
+int resumeCommand(const std::string& path, const Showing& showing, double moreSeconds);
 int showCommand(const std::string& path, const Showing& showing);
 /// One JSON document on standard output.
 int exportCommand(const std::string& path, const Showing& showing);

@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <chrono>
 #include <map>
-#include <optional>
 #include <set>
 #include <thread>
 
@@ -17,7 +16,6 @@
 #include "machine/facts.h"
 #include "machine/noise.h"
 #include "machine/sha256.h"
-#include "turns/copies.h"
 #include "turns/walk.h"
 
 namespace lab {
@@ -26,156 +24,11 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Starts of a pair, and losses within a function, that are taken for chance.
-constexpr int ChancesToStart = 3;
+/// Losses within a function, but for the last, are taken for chance.
 constexpr int ChancesOfFunction = 2;
-constexpr double LongestWait = 10.0;
-/// The survey counts as a pair, for its random numbers alone.
-constexpr int SurveyPair = 0;
 
-const char* const sideNames[] = {"old", "new"};
-
-std::chrono::milliseconds patienceOf(const Settings& settings) {
-    return std::chrono::milliseconds(static_cast<long long>(settings.patience * 1000.0));
-}
-
-/// A child that someone killed by chance is no reason to give up.
-InstrumentPair startSurely(const std::array<StoredSide, 2>& sides, int mhz, const Settings& settings,
-                           int pair, int start) {
-    for (int chance = 1;; ++chance) {
-        try {
-            return startPair(sides, mhz, patienceOf(settings),
-                             Random{settings.seed, static_cast<std::uint64_t>(pair),
-                                    static_cast<std::uint64_t>(start + chance)});
-        } catch (const std::runtime_error&) {
-            if (chance == ChancesToStart) {
-                throw;
-            }
-        }
-    }
-}
-
-/// The core that all runs on, this process too: it sleeps while an instrument works.
-int takeCore(int asked) {
-    if (asked < 0) {
-        return quietestCore(allowedCores());
-    }
-    if (!bindToCore(asked)) {
-        throw std::runtime_error("processor " + std::to_string(asked) + " is not for this process");
-    }
-    return asked;
-}
-
-void waitUntilQuiet(const Settings& settings, Canary& canary, const Watcher& watcher) {
-    if (!settings.wait) {
-        return;
-    }
-    bool said = false;
-    const auto pause = [&] {
-        throwIfInterrupted();
-        if (!said) {
-            watcher.note("waits for quiet, at most 10 s (--no-wait)");
-            said = true;
-        }
-        const std::chrono::milliseconds step(100);
-        std::this_thread::sleep_for(step);
-        return std::chrono::duration<double>(step).count();
-    };
-    waitForQuiet([&] { return canary.busyness(); }, pause, LongestWait);
-}
-
-/// The points of both sides in the order of the walks, and whose they are.
-std::vector<StoredPoint> merged(const Route& older, const Route& newer) {
-    std::vector<StoredPoint> points;
-    const auto put = [&](const PointMessage& point, bool inOlder, bool inNewer) {
-        points.push_back({point.function, point.parameters, point.unit, point.divisor, inOlder, inNewer, {}});
-    };
-    std::size_t next = 0;
-    for (std::size_t i = 0; i < older.points().size(); ++i) {
-        const auto found = newer.find(older.key(i));
-        if (found && *found < next) {
-            throw NotComparable("the sides walk their points in different orders, " + older.key(i) +
-                                " for one");
-        }
-        for (; found && next < *found; ++next) {
-            if (older.find(newer.key(next))) {
-                throw NotComparable("the sides walk their points in different orders, " + newer.key(next) +
-                                    " for one");
-            }
-            put(newer.points()[next], false, true);
-        }
-        next += found ? 1 : 0;
-        put(older.points()[i], true, found.has_value());
-    }
-    for (; next < newer.points().size(); ++next) {
-        put(newer.points()[next], false, true);
-    }
-    return points;
-}
-
-std::vector<std::string> functionsOf(const std::vector<StoredPoint>& points) {
-    std::set<std::string> functions;
-    for (const StoredPoint& point : points) {
-        functions.insert(point.function);
-    }
-    return {functions.begin(), functions.end()};
-}
-
-void markEqualCode(std::vector<StoredPoint>& points, const std::array<StoredSide, 2>& sides) {
-    const auto equal = functionsOfEqualCode(sides, functionsOf(points));
-    for (StoredPoint& point : points) {
-        if (std::find(equal.begin(), equal.end(), point.function) != equal.end()) {
-            point.marks.emplace_back("same machine code");
-        }
-    }
-}
-
-/// A side as its instrument walks it.
-struct Survey {
-    Route route;
-    std::string lostIn;  ///< function that the walk did not get past; empty: it came to its end
-    std::string loss;
-};
-
-/// Both sides. One that is lost, be it by chance, gets further chances, and what it lists then is all it has.
-std::array<Survey, 2> surveySides(std::array<StoredSide, 2>& sides, int mhz, const Settings& settings) {
-    std::array<Survey, 2> surveys;
-    for (int chance = 1; chance <= ChancesToStart; ++chance) {
-        InstrumentPair pair = startSurely(sides, mhz, settings, SurveyPair, chance * ChancesToStart);
-        bool lost = false;
-        for (std::size_t i = 0; i < 2; ++i) {
-            Instrument& instrument = *pair.side[i];
-            sides[i].library = instrument.hello().library;
-            for (std::size_t object = 0; object < sides[i].objects.size(); ++object) {
-                sides[i].objects[object].mapped = pair.mapped[i][object];
-            }
-            surveys[i] = {Route(survey(instrument)), "", ""};
-            if (instrument.loss()) {
-                surveys[i].lostIn = instrument.lastFunction();
-                surveys[i].loss = instrument.loss()->what;
-                lost = true;
-            }
-            instrument.quit();
-        }
-        if (!lost) {
-            break;
-        }
-    }
-    return surveys;
-}
-
-/// What is to be kept of a survey that was lost.
-void keepLoss(Store& store, const Survey& survey, std::size_t side, const Watcher& watcher) {
-    if (survey.loss.empty()) {
-        return;
-    }
-    const std::string text = std::string("the instrument of the ") + sideNames[side] +
-                             " side does not get past " +
-                             (survey.lostIn.empty() ? "its start" : survey.lostIn) + " (" + survey.loss +
-                             "): nothing behind it is compared";
-    store.addWarning(text);
-    watcher.warning(text);
-}
+/// The points that stay open at the next look ask for about as many visits again, so much has been seen.
+constexpr double LooksAhead = 2.0;
 
 /// One run of continueComparison.
 class Run {
@@ -198,13 +51,15 @@ class Run {
     }
 
     void run() {
+        m_store.setSetting("ended", "");
+        m_store.setSetting("finished", "no");
         for (;; ++m_pair) {
             m_evidence.decideAll();
             m_store.setDecisions(m_evidence.decisions());
             if (openPoints().empty() || m_pair > mostPairs()) {
                 break;
             }
-            if (seconds() >= m_settings.seconds) {
+            if (isLate()) {
                 m_store.setSetting("ended", "time");
                 break;
             }
@@ -228,6 +83,8 @@ class Run {
         const std::string spent = m_store.setting("spent");
         m_spent = spent.empty() ? 0.0 : std::stod(spent);
     }
+
+    bool isLate() const { return seconds() >= m_settings.seconds; }
 
     double seconds() const { return m_spent + std::chrono::duration<double>(Clock::now() - m_start).count(); }
 
@@ -260,6 +117,9 @@ class Run {
         std::erase_if(wanted, [&](std::size_t point) { return visited.contains(static_cast<int>(point)); });
         for (int start = 0; !wanted.empty(); start += ChancesToStart) {
             const WalkEnd end = walkOnce(wanted, start);
+            if (!end.lost() && !wanted.empty()) {
+                return;  // the time is over
+            }
             if (!end.lost()) {
                 break;
             }
@@ -272,7 +132,7 @@ class Run {
 
     /// Takes out of `wanted` what was visited.
     WalkEnd walkOnce(std::vector<std::size_t>& wanted, int start) {
-        InstrumentPair pair = startSurely(m_head.sides, m_mhz, m_settings, m_pair, start);
+        InstrumentPair pair = startPairSurely(m_head.sides, m_mhz, m_settings, m_pair, start);
         WalkTask task;
         task.points = wanted;
         task.shape = m_settings.shape;
@@ -280,6 +140,7 @@ class Run {
         task.seed = m_settings.seed;
         task.pair = static_cast<std::uint64_t>(m_pair);
         task.seconds = [this] { return seconds(); };
+        task.stop = [this] { return isLate(); };
         task.finish = [&](const std::string& function, std::vector<Visit> visits) {
             keep(std::move(visits));
             std::erase_if(wanted,
@@ -313,7 +174,9 @@ class Run {
         for (std::size_t side = 0; side < 2; ++side) {
             if (!end.losses[side].empty()) {
                 fates[side].death = end.losses[side];
-                words += (words.empty() ? "" : "; ") + std::string(sideNames[side]) + ": " + end.losses[side];
+                words.append(words.empty() ? "" : "; ")
+                    .append(side == 0 ? "old: " : "new: ")
+                    .append(end.losses[side]);
             }
         }
         if (++m_losses[end.function] < ChancesOfFunction) {
@@ -354,7 +217,8 @@ class Run {
         m_visits += m_visitsAtStart - left;
         m_visitsAtStart = left;
         const double each = m_visits > 0 ? (seconds() - m_spent) / m_visits : 0.0;
-        progress.secondsLeft = std::clamp(each * left, 0.0, std::max(0.0, m_settings.seconds - seconds()));
+        progress.secondsLeft =
+            std::clamp(LooksAhead * each * left, 0.0, std::max(0.0, m_settings.seconds - seconds()));
         m_watcher.progress(progress);
     }
 
@@ -382,35 +246,11 @@ class Run {
 
 }  // namespace
 
-Store beginComparison(const Settings& asked, const std::string& path, const Watcher& watcher) {
-    Settings settings = asked;
-    StoredHead head;
-    Store::checkPath(path);
-    head.sides = findSides(settings);
-    settings.core = takeCore(settings.core);
-    Canary canary;
-    waitUntilQuiet(settings, canary, watcher);
-    head.machine = machineFacts(settings.core);
-    const int mhz = tickMHz();
-    const std::array<Survey, 2> surveys = surveySides(head.sides, mhz, settings);
-    head.points = merged(surveys[0].route, surveys[1].route);
-    if (std::none_of(head.points.begin(), head.points.end(),
-                     [](const StoredPoint& point) { return point.older && point.newer; })) {
-        throw NotComparable("the sides have no point in common");
+void continueComparison(Store& store, const Watcher& watcher, double moreSeconds) {
+    if (moreSeconds > 0.0) {
+        const std::string spent = store.setting("spent");
+        store.setSetting("time", std::to_string(moreSeconds + (spent.empty() ? 0.0 : std::stod(spent))));
     }
-    if (!areSameObjects(head.sides)) {
-        markEqualCode(head.points, head.sides);
-    }
-    head.settings = settingTexts(settings);
-    head.settings.emplace_back("mhz", std::to_string(mhz));
-    head.settings.emplace_back("identical", isSelfComparison(head.sides) ? "yes" : "no");
-    Store store = Store::create(path, head);
-    keepLoss(store, surveys[0], 0, watcher);
-    keepLoss(store, surveys[1], 1, watcher);
-    return store;
-}
-
-void continueComparison(Store& store, const Watcher& watcher) {
     const StoredHead head = store.head();
     const Settings settings = settingsFrom(head);
     for (const StoredSide& side : head.sides) {

@@ -33,6 +33,7 @@ Store beginComparison(const Settings& settings, const std::string& path, const W
 
 /// Runs the pairs that are missing until all points are closed or the time is over. NotComparable if the
 /// files are others than when the comparison began; Interrupted and std::runtime_error as above.
-void continueComparison(Store& store, const Watcher& watcher);
+/// `moreSeconds` go to the time that it may take, when they are above 0.
+void continueComparison(Store& store, const Watcher& watcher, double moreSeconds = 0.0);
 
 }  // namespace lab

@@ -17,6 +17,10 @@ std::vector<std::string> environmentOf(const StoredSide& side, const std::string
     return {"LD_LIBRARY_PATH=" + copies + ":" + side.folder, "METRIG_MHZ=" + std::to_string(mhz)};
 }
 
+std::chrono::milliseconds patienceOf(const Settings& settings) {
+    return std::chrono::milliseconds(static_cast<long long>(settings.patience * 1000.0));
+}
+
 /// What the keys and the environment of a side take on its stack.
 std::size_t stackOf(const ChildStart& start) {
     std::size_t size = 0;
@@ -59,6 +63,21 @@ InstrumentPair startPair(const std::array<StoredSide, 2>& sides, int mhz, std::c
         }
     }
     return pair;
+}
+
+InstrumentPair startPairSurely(const std::array<StoredSide, 2>& sides, int mhz, const Settings& settings,
+                               int pair, int start) {
+    for (int chance = 1;; ++chance) {
+        try {
+            return startPair(sides, mhz, patienceOf(settings),
+                             Random{settings.seed, static_cast<std::uint64_t>(pair),
+                                    static_cast<std::uint64_t>(start + chance)});
+        } catch (const std::runtime_error&) {
+            if (chance == ChancesToStart) {
+                throw;
+            }
+        }
+    }
 }
 
 }  // namespace lab

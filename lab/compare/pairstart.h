@@ -26,4 +26,12 @@ struct InstrumentPair {
 InstrumentPair startPair(const std::array<StoredSide, 2>& sides, int mhz, std::chrono::milliseconds patience,
                          Random random);
 
+/// Starts of a pair before a failure is taken for one.
+constexpr int ChancesToStart = 3;
+
+/// The same with further chances, as someone may have killed a child. The random numbers are those of the
+/// pair and of the start; each start of a pair needs a number ChancesToStart above the last.
+InstrumentPair startPairSurely(const std::array<StoredSide, 2>& sides, int mhz, const Settings& settings,
+                               int pair, int start);
+
 }  // namespace lab

@@ -97,7 +97,7 @@ void Store::checkPath(const std::string& path) {
     } else if (std::filesystem::file_size(path) > 0) {
         const auto old = openBase(path, SQLITE_OPEN_READWRITE);
         Statement finished(*old, "SELECT value FROM setting WHERE name = ?");
-        if (!finished.with(finishedSetting).row()) {
+        if (!finished.with(finishedSetting).row() || finished.text(0) != "yes") {
             throw std::runtime_error(
                 path + ": holds a comparison that is not finished; resume it or take another name");
         }

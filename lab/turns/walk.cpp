@@ -75,7 +75,7 @@ class PairWalk {
         : m_walkers{Walker(older, route), Walker(newer, route)}, m_route(route), m_task(task) {}
 
     WalkEnd run() {
-        for (std::size_t first = 0; first < m_task.points.size();) {
+        for (std::size_t first = 0; first < m_task.points.size() && !m_task.stop();) {
             std::size_t end = first;
             const std::string& function = functionOf(first);
             while (end < m_task.points.size() && functionOf(end) == function) {

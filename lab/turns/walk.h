@@ -68,6 +68,7 @@ struct WalkTask {
     int mhz = 0;
     std::uint64_t seed = 0;
     std::uint64_t pair = 0;
+    std::function<bool()> stop;                                          ///< asked before each test
     std::function<double()> seconds;                                     ///< since the comparison began
     std::function<void(const std::string&, std::vector<Visit>)> finish;  ///< takes the visits of a function
 };
@@ -80,9 +81,9 @@ struct WalkEnd {
     bool lost() const { return !losses[0].empty() || !losses[1].empty(); }
 };
 
-/// Walks until all wanted points are visited or an instrument is lost; what was measured of the function
-/// where that was is dropped. A test that ends by itself, with a signal say, is no loss: its points have that
-/// fate.
+/// Walks until all wanted points are visited, the task says stop or an instrument is lost; what was measured
+/// of the function where that was is dropped. A test that ends by itself, with a signal say, is no loss: its
+/// points have that fate.
 WalkEnd walk(Instrument& older, Instrument& newer, const Route& route, const WalkTask& task);
 
 }  // namespace lab

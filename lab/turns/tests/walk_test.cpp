@@ -36,6 +36,7 @@ Walked walked(const std::string& newScript, std::vector<std::size_t> points, mil
     task.points = std::move(points);
     task.shape = {4, 50.0, 10};
     task.mhz = 2600;
+    task.stop = [] { return false; };
     task.seconds = [] { return 0.0; };
     task.finish = [&](const std::string& function, std::vector<Visit> visits) {
         result.visits[function] = std::move(visits);
