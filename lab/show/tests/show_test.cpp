@@ -61,6 +61,9 @@ zylsFast_8u  faster         -20.00%  -20.40% .. -19.60%  1 faster, 1 unsure  Par
 new only: zylsNew_8u VectorLength=4
 
 Of 9 points 2 slower (1 function), 2 faster (2 functions), 2 the same within 1%, 3 cannot be told (noise 1, layout 1, crash 1).
+  noise: what ran beside disturbed the turns
+  layout: the speed depends on where code and data lie in memory
+  crash: a build did not live through it
 A difference of 1.51% would have shown at half of 8 points, one of 1.51% at nine of ten.
 )");
 }
@@ -68,19 +71,20 @@ A difference of 1.51% would have shown at half of 8 points, one of 1.51% at nine
 TEST(Table, OfChosenPoints) {
     const TableStyle style{.points = true, .only = {Verdict::slower}, .colours = true};
     const std::string text = table(report(), style);
-    EXPECT_EQ("\n" + text.substr(text.find("function "), text.find("new only") - text.find("function ")),
-              R"(
-function     verdict  change  interval          would show  point
+    EXPECT_EQ(
+        "\n" + text.substr(text.find("function "), text.find("new only") - text.find("function ")),
+        R"(
+function     verdict  change  interval          would show  clocks            point
 zylsSlow_8u  )"
-              "\x1b[31m"
-              R"(slower   )"
-              "\x1b[0m"
-              R"(+150%   +149% .. +151%    +1.51%      Parm1=8u VectorLength=8
+        "\x1b[31m"
+        R"(slower   )"
+        "\x1b[0m"
+        R"(+150%   +149% .. +151%    +1.51%      100.00 -> 250.00  Parm1=8u VectorLength=8
 zylsSlow_8u  )"
-              "\x1b[31m"
-              R"(slower   )"
-              "\x1b[0m"
-              R"(+2.00%  +1.49% .. +2.51%  +1.51%      Parm1=8u VectorLength=4 (same machine code)
+        "\x1b[31m"
+        R"(slower   )"
+        "\x1b[0m"
+        R"(+2.00%  +1.49% .. +2.51%  +1.51%      100.00 -> 102.00  Parm1=8u VectorLength=4 (same machine code)
 )");
     EXPECT_TRUE(coloursWanted(true, nullptr) && coloursWanted(true, ""));
     EXPECT_FALSE(coloursWanted(true, "1") || coloursWanted(false, nullptr));
