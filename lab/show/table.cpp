@@ -130,8 +130,21 @@ std::string remarks(const Point& point) {
     return text;
 }
 
-using Cells = std::array<std::string, 6>;
+/// Clocks of one call of both builds.
+std::string clocksText(const Point& point) {
+    const auto figure = [](double clocks) { return clocks > 0 ? fmt::format("{:.2f}", clocks) : "?"; };
+    return figure(point.older) + " -> " + figure(point.newer);
+}
+
+using Cells = std::array<std::string, 7>;
 constexpr std::size_t verdictCell = 1;
+
+Cells headCells(const TableStyle& style) {
+    if (style.points) {
+        return {"function", "verdict", "change", "interval", "would show", "clocks", "point"};
+    }
+    return {"function", "verdict", "change", "interval", "points", "", "rests on"};
+}
 
 Cells cellsOf(const Line& line, const TableStyle& style) {
     const Decision& decision = line.point->decision;
@@ -141,6 +154,7 @@ Cells cellsOf(const Line& line, const TableStyle& style) {
             decision.pairs > 0 ? change(decision.interval.middle) : "?",
             bounded ? change(decision.interval.low) + " .. " + change(decision.interval.high) : "?",
             style.points ? change(decision.smallest) : countsText(line.counts),
+            style.points ? clocksText(*line.point) : "",
             printable(parameterText(*line.point)) + remarks(*line.point)};
 }
 
@@ -150,8 +164,7 @@ std::string_view colourOf(const Point& point) {
 }
 
 std::string rows(const std::vector<Line>& lines, const TableStyle& style) {
-    std::vector<Cells> all{{"function", "verdict", "change", "interval",
-                            style.points ? "would show" : "points", style.points ? "point" : "rests on"}};
+    std::vector<Cells> all{headCells(style)};
     for (const Line& line : lines) {
         all.push_back(cellsOf(line, style));
     }
@@ -166,6 +179,9 @@ std::string rows(const std::vector<Line>& lines, const TableStyle& style) {
         const std::string_view colour = style.colours && row > 0 ? colourOf(*lines[row - 1].point) : "";
         std::string line;
         for (std::size_t i = 0; i + 1 < widths.size(); ++i) {
+            if (widths[i] == 0) {
+                continue;  // a column of points in a table of functions
+            }
             const std::string cell = fmt::format("{:{}}  ", all[row][i], widths[i]);
             const bool coloured = i == verdictCell && !colour.empty();
             line += coloured ? fmt::format("{}{}\x1b[0m", colour, cell) : cell;
@@ -219,19 +235,32 @@ std::string listed(std::string_view what, const std::vector<std::string>& points
     return text;
 }
 
-/// " (noise 3, layout 5)" of the unsure points.
-std::string reasonsText(const std::vector<Point>& points) {
+std::map<Reason, int> reasonsOf(const std::vector<Point>& points) {
     std::map<Reason, int> reasons;
     for (const Point& point : points) {
-        reasons[point.decision.reason] += point.decision.verdict == Verdict::unsure;
-    }
-    std::string text;
-    for (const auto& [reason, number] : reasons) {
-        if (number > 0) {
-            text += fmt::format("{}{} {}", text.empty() ? "" : ", ", word(reason), number);
+        if (point.decision.verdict == Verdict::unsure) {
+            ++reasons[point.decision.reason];
         }
     }
+    return reasons;
+}
+
+/// " (noise 3, layout 5)" of the unsure points.
+std::string reasonsText(const std::vector<Point>& points) {
+    std::string text;
+    for (const auto& [reason, number] : reasonsOf(points)) {
+        text += fmt::format("{}{} {}", text.empty() ? "" : ", ", word(reason), number);
+    }
     return text.empty() ? "" : " (" + text + ")";
+}
+
+/// A line on each of the reasons that are there.
+std::string explanations(const std::vector<Point>& points) {
+    std::string text;
+    for (const auto& [reason, number] : reasonsOf(points)) {
+        text += fmt::format("  {}: {}\n", word(reason), explanation(reason));
+    }
+    return text;
 }
 
 std::size_t functionsWith(const std::vector<Point>& points, Verdict verdict) {
@@ -283,7 +312,8 @@ std::string sentence(const Report& report) {
 
 std::string table(const Report& report, const TableStyle& style) {
     return heading(report) + rows(linesOf(report, style), style) + listed("old", report.onlyOlder) +
-           listed("new", report.onlyNewer) + "\n" + sentence(report) + "\n" + reachText(report);
+           listed("new", report.onlyNewer) + "\n" + sentence(report) + "\n" + explanations(report.points) +
+           reachText(report);
 }
 
 }  // namespace lab

@@ -29,10 +29,8 @@ Report report() {
     made.older.name = "./a";
     made.newer.name = "./b\x1b[31m";
     made.newer.keys = "-TSSE2";
-    made.machine.processor = "A processor";
     made.warnings = {"the load is 2.5"};
     made.onlyNewer = {"zylsNew_8u VectorLength=4"};
-    made.seed = 7;
     made.points = {point("zylsSame_8u", "4", Verdict::same, 0.2),
                    point("zylsSame_8u", "8", Verdict::same, -0.3),
                    point("zylsFast_8u", "4", Verdict::unsure, -1, Reason::layout),
@@ -63,6 +61,9 @@ zylsFast_8u  faster         -20.00%  -20.40% .. -19.60%  1 faster, 1 unsure  Par
 new only: zylsNew_8u VectorLength=4
 
 Of 9 points 2 slower (1 function), 2 faster (2 functions), 2 the same within 1%, 3 cannot be told (noise 1, layout 1, crash 1).
+  noise: what ran beside disturbed the turns
+  layout: the speed depends on where code and data lie in memory
+  crash: a build did not live through it
 A difference of 1.51% would have shown at half of 8 points, one of 1.51% at nine of ten.
 )");
 }
@@ -70,19 +71,20 @@ A difference of 1.51% would have shown at half of 8 points, one of 1.51% at nine
 TEST(Table, OfChosenPoints) {
     const TableStyle style{.points = true, .only = {Verdict::slower}, .colours = true};
     const std::string text = table(report(), style);
-    EXPECT_EQ("\n" + text.substr(text.find("function "), text.find("new only") - text.find("function ")),
-              R"(
-function     verdict  change  interval          would show  point
+    EXPECT_EQ(
+        "\n" + text.substr(text.find("function "), text.find("new only") - text.find("function ")),
+        R"(
+function     verdict  change  interval          would show  clocks            point
 zylsSlow_8u  )"
-              "\x1b[31m"
-              R"(slower   )"
-              "\x1b[0m"
-              R"(+150%   +149% .. +151%    +1.51%      Parm1=8u VectorLength=8
+        "\x1b[31m"
+        R"(slower   )"
+        "\x1b[0m"
+        R"(+150%   +149% .. +151%    +1.51%      100.00 -> 250.00  Parm1=8u VectorLength=8
 zylsSlow_8u  )"
-              "\x1b[31m"
-              R"(slower   )"
-              "\x1b[0m"
-              R"(+2.00%  +1.49% .. +2.51%  +1.51%      Parm1=8u VectorLength=4 (same machine code)
+        "\x1b[31m"
+        R"(slower   )"
+        "\x1b[0m"
+        R"(+2.00%  +1.49% .. +2.51%  +1.51%      100.00 -> 102.00  Parm1=8u VectorLength=4 (same machine code)
 )");
     EXPECT_TRUE(coloursWanted(true, nullptr) && coloursWanted(true, ""));
     EXPECT_FALSE(coloursWanted(true, "1") || coloursWanted(false, nullptr));
@@ -94,7 +96,6 @@ TEST(JsonOfAComparison, HoldsWhatIsKnownAndNullElse) {
     made.points[5].parameters[1].second = "\xff\"";
     const auto document = nlohmann::json::parse(json(made, exitCrash));
     EXPECT_EQ(document["schema"], "metrig-lab.comparison");
-    EXPECT_EQ(document["version"], 1);
     EXPECT_EQ(document["exit"], 5);
     EXPECT_EQ(document["sides"]["new"]["name"], made.newer.name);
     EXPECT_EQ(document["summary"],
@@ -105,7 +106,6 @@ TEST(JsonOfAComparison, HoldsWhatIsKnownAndNullElse) {
         "old": 100, "new": 102, "pairs": 12, "fate": {"old": {"status": 0, "death": null},
         "new": {"status": 0, "death": null}}, "marks": ["same machine code"]})"));
     EXPECT_EQ(document["points"][8]["ratio"], nlohmann::json::parse("[null, null, null]"));
-    EXPECT_EQ(document["points"][8]["reason"], "crash");
     EXPECT_EQ(document["points"][8]["fate"]["new"]["death"], "SIGSEGV");
 }
 

@@ -29,45 +29,41 @@ struct Rule {
     Fate newer;
 };
 
-class VerdictRules : public testing::TestWithParam<Rule> {};
-
-TEST_P(VerdictRules, Hold) {
-    const Rule& rule = GetParam();
-    const Decision decision = decide({rule.pairs, rule.fresh, {}, rule.newer}, makePlan(438), 0.01);
-    EXPECT_EQ(word(decision.verdict), word(rule.verdict));
-    EXPECT_EQ(word(decision.reason), word(rule.reason));
-    EXPECT_EQ(decision.next, rule.next);
-    EXPECT_EQ(decision.wanted, rule.wanted);
+TEST(Verdict, FollowsTheRules) {
+    constexpr auto nothing = Next::nothing;
+    constexpr auto unsure = Verdict::unsure;
+    const std::vector<Pair> slow = evenly(8, 0.012, 0.03);
+    const std::vector<Pair> fast = evenly(8, -0.03, -0.012);
+    const std::vector<Pair> fast12 = evenly(12, -0.02, -0.011);
+    const Pair coarse{.spread = 0.001, .grain = 0.008, .epochs = 20};
+    const Pair shaky{.spread = 0.2, .epochs = 20};
+    const std::vector<Rule> rules{
+        {"too few", evenly(7, 0.012, 0.03), {}, unsure, Reason::pairs, Next::pairs, 8, {}},
+        {"same", evenly(8, -0.009, 0.009), {}, Verdict::same, Reason::none, nothing, 0, {}},
+        {"one strays early", evenly(8, -0.009, 0.011), {}, unsure, Reason::layout, Next::pairs, 12, {}},
+        {"one may stray later", evenly(12, -0.009, 0.0105), {}, Verdict::same, Reason::none, nothing, 0, {}},
+        {"seems slower", slow, {}, unsure, Reason::pairs, Next::fresh, 12, {}},
+        {"slower", slow, evenly(12, 0.011, 0.02), Verdict::slower, Reason::none, nothing, 0, {}},
+        {"fresh on the other side", slow, fast12, unsure, Reason::repeated, nothing, 0, {}},
+        {"fresh in doubt", slow, evenly(12, 0.009, 0.02), unsure, Reason::pairs, Next::fresh, 16, {}},
+        {"fresh within the margin", slow, evenly(12, 0, 0.019), unsure, Reason::repeated, nothing, 0, {}},
+        {"faster", fast, fast12, Verdict::faster, Reason::none, nothing, 0, {}},
+        {"grain", evenly(40, -0.009, 0.009, coarse), {}, unsure, Reason::grain, nothing, 0, {}},
+        {"margin", evenly(40, 0.009, 0.011), {}, unsure, Reason::margin, nothing, 0, {}},
+        {"layout", evenly(40, -0.05, 0.05), {}, unsure, Reason::layout, nothing, 0, {}},
+        {"noise", evenly(40, -0.05, 0.05, shaky), {}, unsure, Reason::noise, nothing, 0, {}},
+        {"status", evenly(8, 0, 0), {}, unsure, Reason::status, nothing, 0, {.status = -5}},
+        {"crash", {}, {}, unsure, Reason::crash, nothing, 0, {.status = 0, .death = "SIGSEGV"}},
+    };
+    for (const Rule& rule : rules) {
+        SCOPED_TRACE(rule.name);
+        const Decision decision = decide({rule.pairs, rule.fresh, {}, rule.newer}, makePlan(438), 0.01);
+        EXPECT_EQ(word(decision.verdict), word(rule.verdict));
+        EXPECT_EQ(word(decision.reason), word(rule.reason));
+        EXPECT_EQ(decision.next, rule.next);
+        EXPECT_EQ(decision.wanted, rule.wanted);
+    }
 }
-
-constexpr auto nothing = Next::nothing;
-constexpr auto unsure = Verdict::unsure;
-const std::vector<Pair> slow = evenly(8, 0.012, 0.03);
-const std::vector<Pair> fast = evenly(8, -0.03, -0.012);
-const Pair coarse{.spread = 0.001, .grain = 0.008, .epochs = 20};
-const Pair shaky{.spread = 0.2, .epochs = 20};
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, VerdictRules,
-    testing::Values(
-        Rule{"TooFew", evenly(7, 0.012, 0.03), {}, unsure, Reason::pairs, Next::pairs, 8, {}},
-        Rule{"Same", evenly(8, -0.009, 0.009), {}, Verdict::same, Reason::none, nothing, 0, {}},
-        Rule{"OneStraysEarly", evenly(8, -0.009, 0.011), {}, unsure, Reason::layout, Next::pairs, 12, {}},
-        Rule{"OneMayStrayLater", evenly(12, -0.009, 0.0105), {}, Verdict::same, Reason::none, nothing, 0, {}},
-        Rule{"SeemsSlower", slow, {}, unsure, Reason::pairs, Next::fresh, 12, {}},
-        Rule{"Slower", slow, evenly(12, 0.011, 0.02), Verdict::slower, Reason::none, nothing, 0, {}},
-        Rule{
-            "FreshOnTheOtherSide", slow, evenly(12, -0.02, -0.011), unsure, Reason::repeated, nothing, 0, {}},
-        Rule{"FreshInDoubt", slow, evenly(12, 0.009, 0.02), unsure, Reason::pairs, Next::fresh, 16, {}},
-        Rule{"FreshWithinTheMargin", slow, evenly(12, 0, 0.019), unsure, Reason::repeated, nothing, 0, {}},
-        Rule{"Faster", fast, evenly(12, -0.02, -0.011), Verdict::faster, Reason::none, nothing, 0, {}},
-        Rule{"Grain", evenly(40, -0.009, 0.009, coarse), {}, unsure, Reason::grain, nothing, 0, {}},
-        Rule{"Margin", evenly(40, 0.009, 0.011), {}, unsure, Reason::margin, nothing, 0, {}},
-        Rule{"Layout", evenly(40, -0.05, 0.05), {}, unsure, Reason::layout, nothing, 0, {}},
-        Rule{"Noise", evenly(40, -0.05, 0.05, shaky), {}, unsure, Reason::noise, nothing, 0, {}},
-        Rule{"Status", evenly(8, 0, 0), {}, unsure, Reason::status, nothing, 0, {.status = -5}},
-        Rule{"Crash", {}, {}, unsure, Reason::crash, nothing, 0, {.status = 0, .death = "SIGSEGV"}}),
-    [](const auto& row) { return row.param.name; });
 
 TEST(Verdict, IntervalOfARepeatedDifferenceIsOfAllPairs) {
     const std::vector<Pair> fresh = evenly(12, 0.032, 0.043);
