@@ -1,10 +1,10 @@
 #include "zytest.h"
 
-#include "output/mrcstream.h"
-#include "output/mrtrace.h"
+#include "machine/mrleftstate.h"
+#include "parameter/mrmemory.h"
 #include "session/mrbinding.h"
-#include "test/mrmemory.h"
-#include "timing/mrleftstate.h"
+#include "stream/mrcstream.h"
+#include "stream/mrtrace.h"
 #include "zyvector.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "mrtool.h"
+#include "measure/mrtool.h"
 #include "session/mrbinding.h"
 #include "support/captured_output.h"
 

@@ -1,8 +1,8 @@
 #include "session/mrbinding.h"
 
-#include "mr.h"
-#include "output/mrinventory.h"
-#include "output/mrostream.h"
+#include "session/mr.h"
+#include "stream/mrinventory.h"
+#include "stream/mrostream.h"
 #include "zylcore.h"
 
 namespace {

@@ -3,12 +3,12 @@
 #include <cstdio>
 #include <memory>
 
-#include "mr.h"
-#include "output/mristream.h"
-#include "output/mroutputfile.h"
+#include "machine/mrcpufeatures.h"
+#include "session/mr.h"
 #include "session/mroptiontable.h"
 #include "session/optionwords.h"
-#include "system/mrcpufeatures.h"
+#include "stream/mristream.h"
+#include "stream/mroutputfile.h"
 
 namespace {
 
