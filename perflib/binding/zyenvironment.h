@@ -1,7 +1,7 @@
 #pragma once
 
+#include "job/mrregistry.h"
 #include "machine/mrcpuid.h"
-#include "session/mr.h"
 #include "zylch.h"
 #include "zylcore.h"
 

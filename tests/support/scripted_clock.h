@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "measure/mrtool.h"
-#include "session/mrbinding.h"
+#include "machine/mrlibrary.h"
 #include "support/captured_output.h"
 
 /// A clock that only the test moves, in the place of the clock pair; the frequency counts as measured: 1 GHz.

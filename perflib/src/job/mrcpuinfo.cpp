@@ -7,7 +7,8 @@
 #include "job/mrinfotest.h"
 #include "machine/mrcpufeatures.h"
 #include "machine/mrfeatureflags.h"
-#include "session/mrbinding.h"
+#include "machine/mrlibrary.h"
+#include "stream/mrinventory.h"
 
 namespace {
 

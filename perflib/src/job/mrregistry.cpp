@@ -1,7 +1,7 @@
 // What initialisers at file scope register. They run before any global of the framework is built, so
 // everything here is initialised by the compiler, and objects are made on first use.
 
-#include "session/mr.h"
+#include "job/mrregistry.h"
 
 namespace {
 
@@ -25,14 +25,6 @@ constinit bool qKeys = true;
 void (*zylEnvironment)() = nullptr;
 constinit mrList<ZylVersionFunc>* zylVersionList = nullptr;
 void (*initTimingMethod)(mrTool& tool) = nullptr;
-
-constinit bool s_version = false;
-constinit char s_hintArg = 0;
-constinit bool s_hintHide = true;
-constinit int s_numThreads = 0;
-constinit Zyl64u s_cpuFeature = 0;
-constinit bool is_W_flagUsed = false;
-constinit const char* const MR_version = "2.0";
 
 int mrRegSession(mrSession* session) {
     pSession = session;

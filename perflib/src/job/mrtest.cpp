@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <climits>
 
+#include "job/mrconditions.h"
+#include "job/mrregistry.h"
+#include "job/mrtestreport.h"
 #include "machine/mrfloat.h"
 #include "machine/mrleftstate.h"
 #include "machine/mrpriority.h"
@@ -10,8 +13,6 @@
 #include "machine/mrstop.h"
 #include "measure/mrturns.h"
 #include "parameter/mrmemory.h"
-#include "report/mrreport.h"
-#include "session/mr.h"
 #include "stream/mrcstream.h"
 #include "stream/mristream.h"
 #include "stream/mrtrace.h"
@@ -30,12 +31,10 @@ void writeError(const mrString& text) { g_ostrm << MSG_ERR << text << MSG_END; }
 void reportLostBlocks() {
     int count = 0;
     long long bytes = 0;
-    int size = 0;
-    for (void* block = mrMallocFirst(&size, nullptr); block != nullptr;
-         block = mrMallocNext(&size, nullptr)) {
+    mrForEachBlock([&](void*, int size, mrObject*) {
         ++count;
         bytes += size;
-    }
+    });
     if (count > 0) {
         g_ostrm << MSG_MEM << " - left behind: " << mrText(count) << " blocks, " << mrText(bytes)
                 << " bytes\n"
@@ -179,7 +178,7 @@ void mrTest::putTestTitle() {
 }
 
 void mrTest::measureAll() {
-    if (g_istrm.iniWrite() || mrSession::m_nameExit) {
+    if (g_istrm.iniWrite() || mrNameLines::m_nameExit) {
         m_currentResult = MR_OK;
         return;
     }
@@ -412,30 +411,9 @@ void* mrTest::allocate(int size, int align, mrObject* object) {
 
 void mrTest::deallocate(void* block) { mrFree(block); }
 
-namespace {
+int mrTest::reserveAllVectors() { return mrReserveAllCopies(); }
 
-template <class Operation>
-int countOverOwnedBlocks(Operation operation) {
-    int count = 0;
-    mrObject* owner = nullptr;
-    for (void* block = mrMallocFirst(nullptr, &owner); block != nullptr;
-         block = mrMallocNext(nullptr, &owner)) {
-        if (owner != nullptr && operation(owner)) {
-            ++count;
-        }
-    }
-    return count;
-}
-
-}  // namespace
-
-int mrTest::reserveAllVectors() {
-    return countOverOwnedBlocks([](mrObject* owner) { return owner->reserveCopy(); });
-}
-
-int mrTest::resetAllVectors() {
-    return countOverOwnedBlocks([](mrObject* owner) { return owner->setReservedCopy(); });
-}
+int mrTest::resetAllVectors() { return mrRestoreAllCopies(); }
 
 void mrTest::regCacheParm(mrIterator<int>& size, mrObject* object, mrCacheCheck check) {
     if (m_cache && m_pCacheIter == nullptr) {
@@ -444,20 +422,6 @@ void mrTest::regCacheParm(mrIterator<int>& size, mrObject* object, mrCacheCheck 
     } else {
         m_parms.append(&size);
     }
-}
-
-void mrTest::initCtrlStatus() {
-    g_ctrl87.init();
-    g_ssx.init();
-    if (is_W_flagUsed) {
-        mrUnmaskFloatExceptions();
-    }
-}
-
-bool mrTest::badCtrlStatus(bool& bad87, bool& badSSX) {
-    bad87 = g_ctrl87.badStatus();
-    badSSX = g_ssx.badStatus();
-    return bad87 || badSSX;
 }
 
 mrResult mrTest::checkCtrlStatus() {
@@ -471,25 +435,4 @@ mrResult mrTest::checkCtrlStatus() {
     }
     clearCtrlStatus();
     return bad ? MR_BAD_STATUS : MR_NOT_RUN;
-}
-
-void mrTest::clearCtrlStatus() {
-    g_ctrl87.clear();
-    g_ssx.clear();
-}
-
-void mrTest::printCtrlStatus(bool bad87, bool badSSX) {
-    if (bad87) {
-        g_ostrm << MSG_WARN << "-- Status    87: " << g_ctrl87.strSW() << "\n" << MSG_END;
-    }
-    if (badSSX) {
-        g_ostrm << MSG_WARN << "-- Status    SSX: " << g_ssx.strExceptionState() << "\n" << MSG_END;
-    }
-}
-
-void mrTest::printBadCtrlStatus() {
-    bool bad87 = false;
-    bool badSSX = false;
-    badCtrlStatus(bad87, badSSX);
-    printCtrlStatus(bad87, badSSX);
 }

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "measure/mrcontrolstatus.h"
 #include "measure/mrtool.h"
 #include "parameter/mrcacheiterator.h"
 #include "parameter/mrstepiterator.h"
@@ -22,7 +23,7 @@ struct mrTestInfo {
 /// run() walks all combinations of parameter values, measures each, watches the floating-point control status
 /// and records one line per combination. Suites override the virtual operations; a plain mrTest can be run as
 /// it is.
-class mrTest {
+class mrTest : public mrControlStatus {
   public:
     mrTest(FuncLoop loop, FuncStat stat, mrString name, mrString file, mrString info);
     mrTest(FuncCall call, FuncCall init, FuncLoop loop, FuncStat stat, mrString name, mrString file,
@@ -118,15 +119,9 @@ class mrTest {
     /// size itself.
     void regCacheParm(mrIterator<int>& size, mrObject* object, mrCacheCheck check);
 
-    // Floating-point control status of a combination.
-
-    static void initCtrlStatus();
-    static bool badCtrlStatus(bool& bad87, bool& badSSX);
+    /// What the calls of a combination left in the control status, as a result; the test keeps it for its
+    /// summary.
     mrResult checkCtrlStatus();
-    static void clearCtrlStatus();
-    static void printCtrlStatus(bool bad87, bool badSSX);
-    /// Prints what badCtrlStatus finds.
-    static void printBadCtrlStatus();
 
     bool m_deprecated = false;  ///< a deprecated pass of the result line is in progress
     mrDate m_date;

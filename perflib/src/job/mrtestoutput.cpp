@@ -1,8 +1,8 @@
 // One finished measurement as text: the console line, the line of the performance table, and the figures
 // behind both.
 
+#include "job/mrregistry.h"
 #include "job/mrtest.h"
-#include "session/mr.h"
 #include "stream/mrcstream.h"
 #include "stream/mristream.h"
 #include "stream/mrtrace.h"
@@ -236,10 +236,10 @@ void mrTest::putTableName() {
     if (m_name.beginsWith("__mr")) {
         return;
     }
-    if ((mrSession::m_nameMode & 1) != 0) {
+    if ((mrNameLines::m_nameMode & 1) != 0) {
         putTableNameLine();
     }
-    if ((mrSession::m_nameMode & 2) != 0) {
+    if ((mrNameLines::m_nameMode & 2) != 0) {
         mrToNameTable([this] { putTableNameLine(); });
     }
 }

@@ -1,5 +1,8 @@
-#include "report/mrreport.h"
-#include "session/mr.h"
+#include "job/mrtestreport.h"
+
+#include "job/mrtest.h"
+#include "stream/mrfilenames.h"
+#include "stream/mrostream.h"
 #include "stream/mrreportformat.h"
 
 namespace {
@@ -20,7 +23,7 @@ mrString summaryFields(const mrTest& test, const mrString& result) {
     mrString line = "-,";
     line << statusMark(test.m_bad87) << ",-," << statusMark(test.m_badSSX) << "," << test.m_info.m_suite
          << "," << test.m_date.seconds() << "," << test.m_fileName << "," << result << ","
-         << mrSession::m_exePath.getFileName() << "\n";
+         << mrFileNames::m_exePath.getFileName() << "\n";
     return line;
 }
 

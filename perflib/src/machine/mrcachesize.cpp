@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "session/mrbinding.h"
+#include "machine/mrlibrary.h"
 #include "zylcore.h"
 
 int mrCacheLeaf::size() const {

@@ -3,7 +3,7 @@
 
 #include <x86intrin.h>
 
-#include "session/mrbinding.h"
+#include "machine/mrlibrary.h"
 
 namespace {
 

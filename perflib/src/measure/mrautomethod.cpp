@@ -5,7 +5,7 @@
 #include <cmath>
 #include <vector>
 
-#include "job/mrtest.h"
+#include "measure/mrcontrolstatus.h"
 #include "measure/mrtool.h"
 #include "stream/mrostream.h"
 #include "stream/mrtrace.h"
@@ -184,16 +184,16 @@ void mrTool::finishTiming() {
 bool mrTool::watchedBadStatus() const {
     bool bad87 = false;
     bool badSSX = false;
-    return m_watchStatus && mrTest::badCtrlStatus(bad87, badSSX);
+    return m_watchStatus && mrControlStatus::badCtrlStatus(bad87, badSSX);
 }
 
 /// Measures again with half the loops, in the hope that the status stays clean; the last figures stand either
 /// way.
 void mrTool::avoidBadStatus() {
-    mrTest::printBadCtrlStatus();
+    mrControlStatus::printBadCtrlStatus();
     g_ostrm << MSG_WARN << "-- Attempting to avoid bad control status\n" << MSG_END;
     writeLine("    Reduce loops to avoid bad ctrl status.\n    Simple Measurements: \n");
-    mrTest::clearCtrlStatus();
+    mrControlStatus::clearCtrlStatus();
     const mrResult r = repeatTiming(m_numLoops, StatusMeasurements);
     if (r != MR_BAD_STATUS && m_accuracy <= StatusTolerance * m_reqAccuracy) {
         g_ostrm << MSG_WARN << "-- Attempt is successful\n" << MSG_END;
@@ -300,7 +300,7 @@ mrResult mrTool::repeatTiming(int numLoops, int numRepeat) {
     mrResult r = m_reqAccuracy < m_accuracy ? MR_BAD_ACCURACY : MR_OK;
     if (watchedBadStatus()) {
         r = MR_BAD_STATUS;
-        mrTest::printBadCtrlStatus();
+        mrControlStatus::printBadCtrlStatus();
     }
     mrString text = accuracyLine(m_accuracy);
     text << "        bestClocks = " << m_funcClocks << "\n" << resultLine(r);

@@ -4,13 +4,13 @@
 #include <algorithm>
 #include <cmath>
 
-#include "job/mrtest.h"
 #include "machine/mrfloat.h"
 #include "machine/mrleftstate.h"
+#include "machine/mrlibrary.h"
 #include "machine/mrpriority.h"
 #include "machine/mrsignal.h"
 #include "measure/mrtool.h"
-#include "session/mrbinding.h"
+#include "parameter/mrmemory.h"
 #include "stream/mrtrace.h"
 
 namespace {
@@ -164,7 +164,7 @@ mrResult mrTool::timCall_Loop(int n, long long* clocks, bool reset) {
             init();
         }
         if (reset) {
-            mrTest::resetAllVectors();
+            mrRestoreAllCopies();
         }
         const int r = call();
         if (r != 0) {
@@ -199,7 +199,7 @@ mrResult mrTool::timCall_Stat(int* numCalls, long long* clocks, bool reset) {
         }
         const Zyl64u start = zyl_StartCpuClocks();
         if (reset) {
-            mrTest::resetAllVectors();
+            mrRestoreAllCopies();
         }
         const int timed = call();
         total += elapsed(start, zyl_StopCpuClocks());

@@ -9,9 +9,9 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "machine/mrlibrary.h"
 #include "machine/mrstop.h"
 #include "measure/mrtool.h"
-#include "session/mrbinding.h"
 #include "stream/mrostream.h"
 
 namespace {

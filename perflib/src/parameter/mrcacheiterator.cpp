@@ -85,11 +85,7 @@ int mrCacheIterator::getObjectSize() const { return m_object != nullptr ? m_obje
 
 int mrCacheIterator::getTotalSize() {
     long long total = 0;
-    int size = 0;
-    for (const void* block = mrMallocFirst(&size, nullptr); block != nullptr;
-         block = mrMallocNext(&size, nullptr)) {
-        total += size;
-    }
+    mrForEachBlock([&](void*, int size, mrObject*) { total += size; });
     return static_cast<int>(std::min(total, static_cast<long long>(INT_MAX)));
 }
 

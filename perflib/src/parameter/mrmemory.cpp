@@ -167,6 +167,26 @@ void* mrMallocNext(int* size, mrObject** object) {
     return block.m_aligned;
 }
 
+namespace {
+
+template <class Operation>
+int countOverOwnedBlocks(Operation operation) {
+    int count = 0;
+    mrForEachBlock(
+        [&](void*, int, mrObject* owner) { count += owner != nullptr && operation(owner) ? 1 : 0; });
+    return count;
+}
+
+}  // namespace
+
+int mrReserveAllCopies() {
+    return countOverOwnedBlocks([](mrObject* owner) { return owner->reserveCopy(); });
+}
+
+int mrRestoreAllCopies() {
+    return countOverOwnedBlocks([](mrObject* owner) { return owner->setReservedCopy(); });
+}
+
 void mrFreeAll() {
     delete pAddressList;
     pAddressList = nullptr;

@@ -30,6 +30,21 @@ bool mrMallocInfo(void* block, int* size, mrObject** object);
 /// may be freed before the next one is asked for.
 void* mrMallocFirst(int* size, mrObject** object);
 void* mrMallocNext(int* size, mrObject** object);
+/// Calls `visit(void* block, int size, mrObject* owner)` for each block.
+template <class Visit>
+void mrForEachBlock(Visit visit) {
+    int size = 0;
+    mrObject* owner = nullptr;
+    for (void* block = mrMallocFirst(&size, &owner); block != nullptr; block = mrMallocNext(&size, &owner)) {
+        visit(block, size, owner);
+    }
+}
+
+/// Save, or put back, the contents of all blocks that have an owner; the number of blocks for which that
+/// worked.
+int mrReserveAllCopies();
+int mrRestoreAllCopies();
+
 /// Drops the list at the end of the process; the memory itself goes with the process.
 void mrFreeAll();
 

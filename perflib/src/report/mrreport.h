@@ -5,7 +5,6 @@
 class mrConditions;
 class mrCStream;
 class mrOStream;
-class mrTest;
 class mrTestList;
 class mrUStream;
 
@@ -32,31 +31,6 @@ class mrReportEnd : public mrList<mrString> {
 mrOStream& operator<<(mrOStream& stream, const mrReportEnd& report);
 mrUStream& operator<<(mrUStream& stream, const mrReportEnd& report);
 mrCStream& operator<<(mrCStream& stream, const mrReportEnd& report);
-
-/// The head of a test: name, value and right-hand item in turn.
-class mrReportTestTitle : public mrList<mrString> {
-  public:
-    explicit mrReportTestTitle(const mrTest* test);
-};
-
-mrOStream& operator<<(mrOStream& stream, const mrReportTestTitle& report);
-/// The first fields of a line of the summary; the result adds the others.
-mrUStream& operator<<(mrUStream& stream, const mrReportTestTitle& report);
-
-/// The outcome of a test. Without a test: the column line of the summary.
-class mrReportTestResult {
-  public:
-    explicit mrReportTestResult(const mrTest* test);
-
-    mrString m_result;
-    mrString m_name;
-    mrString m_date;
-    mrString m_message;  ///< no layout prints it
-    mrString m_line;     ///< the rest of a line of the summary
-};
-
-mrOStream& operator<<(mrOStream& stream, const mrReportTestResult& report);
-mrUStream& operator<<(mrUStream& stream, const mrReportTestResult& report);
 
 /// The tests that the conditions select and, for modes other than 0, the library's functions with (1) or only
 /// without (-1) a test. A flat list of cells; a cell "\n" ends a row.

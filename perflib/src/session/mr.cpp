@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "job/mrinfotest.h"
+#include "job/mrtestreport.h"
 #include "measure/mrturns.h"
 #include "report/mrreport.h"
 #include "session/mrwatchdog.h"

@@ -1,15 +1,17 @@
 #pragma once
 
 #include "job/mrconditions.h"
-#include "job/mrtestlist.h"
+#include "job/mrregistry.h"
 #include "session/mrbinding.h"
 #include "session/mrcommandlist.h"
 #include "session/mroption.h"
+#include "stream/mrcstream.h"
+#include "stream/mrfilenames.h"
 #include "stream/mrostream.h"
 
 /// The session: one object per process, reached through pSession, that goes through a run in a fixed order.
 /// Virtual, so that a suite can register a session class of its own.
-class mrSession {
+class mrSession : public mrFileNames, public mrNameLines {
   public:
     mrSession() = default;
     mrSession(const mrSession&) = delete;
@@ -79,31 +81,12 @@ class mrSession {
     void initOption(char key, mrString help, mrOption::Info info, mrOption::Apply apply, mrString descr,
                     bool hidden);
 
-    // File names (session/mrpaths.cpp). Directories end in a separator; relative ones are relative to the
-    // executable.
-    static mrString genDirName(mrString dir);
-    static mrString genPathName(mrString dir, mrString name, mrString ext);
-    static mrString genInPath(mrString name, mrString ext) { return genPathName(m_inDir, name, ext); }
-    static mrString genOutPath(mrString name, mrString ext) { return genPathName(m_outDir, name, ext); }
-    /// The path of a file that a test opens.
-    static mrString getInPath(mrString name);
-    static mrString getOutPath(mrString name);
-    static void setInDir(mrString dir) { m_inDir = genDirName(dir); }
-    static void setOutDir(mrString dir) { m_outDir = genDirName(dir); }
-    static void setDefName(mrString name);
-
     /// True if an exit key of at least this level was given: 1 -e, 2 -h or -?, 3 -v.
     static bool isExit(int level) { return m_exitLevel >= level; }
     static mrString getExitInfo();
 
     static mrCommandList* pCmdList;  ///< the parsed keys, kept for the process
-    static mrString m_exePath;       ///< argv[0] as passed
-    static mrString m_inDir;
-    static mrString m_outDir;
-    static mrString m_defName;
     static int m_exitLevel;
-    static int m_nameMode;   ///< bits: 1 name lines in the result table, 2 in a table of their own
-    static bool m_nameExit;  ///< -Q with -q: the run measures nothing
 
   private:
     void bindEnvironment();
@@ -140,42 +123,9 @@ class mrSession {
     static constexpr int NoEnumeration = 100;
 };
 
-// Extensions of the files that keys name.
-constexpr const char* extIni = ".ini";
-constexpr const char* extOut = ".txt";
-constexpr const char* extCsv = ".csv";
-constexpr const char* extName = "_name.csv";
-constexpr const char* extSum = "_sum.csv";
-constexpr const char* extSgl = ".end";
-
-// Registration, from initialisers at file scope, before any global of the framework is built. Each returns 1,
-// so that it can initialise a variable; what it needs is made on first use.
-int mrRegSession(mrSession* session);
-/// The list owns the test from here on.
-int mrRegTest(mrTest* test);
-int mrRegParm(mrParameter& parm);
-/// The function registers the common parameters when the session asks for them.
-int mrRegParmFunc(void (*func)());
-int mrRegCmdLine(mrString text);
-int mrRegHotFunction(mrString name);
-int mrRegQKeys();
-int mrRegZylEnvironment(void (*environment)());
-int mrRegZylVersion(ZylVersionFunc getVersion);
-int mrRegTimingMethod(void (*setUp)(mrTool& tool));
-
-extern mrSession* pSession;
-extern mrTestList* pTestList;
-extern mrList<mrParameter*>* g_pParmList;
-extern void (*s_parmFunc)();
-extern mrString* pCmdLine;
-extern mrStringList* g_pHotList;
-extern bool qKeys;
-extern void (*initTimingMethod)(mrTool& tool);
-
 extern bool s_version;       ///< -v was given
 extern char s_hintArg;       ///< 0 no help, 1 short help, else the character behind the key
 extern bool s_hintHide;      ///< hidden keys stay out of the help
 extern int s_numThreads;     ///< of -N
 extern Zyl64u s_cpuFeature;  ///< of -T
-extern bool is_W_flagUsed;   ///< -W was given
 extern const char* const MR_version;

@@ -43,10 +43,18 @@ constinit bool mrTest::m_pressing = false;
 constinit bool mrTest::m_cache = false;
 constinit mrTest* mrTestList::m_pCurrentTest = nullptr;
 
+constinit bool s_version = false;
+constinit char s_hintArg = 0;
+constinit bool s_hintHide = true;
+constinit int s_numThreads = 0;
+constinit Zyl64u s_cpuFeature = 0;
+constinit bool is_W_flagUsed = false;
+constinit const char* const MR_version = "2.0";
+
 constinit mrCommandList* mrSession::pCmdList = nullptr;
 constinit int mrSession::m_exitLevel = 0;
-constinit int mrSession::m_nameMode = 0;
-constinit bool mrSession::m_nameExit = false;
+constinit int mrNameLines::m_nameMode = 0;
+constinit bool mrNameLines::m_nameExit = false;
 
 int (*zyl_GetCpuFeatures)(Zyl64u* mask, Zyl32u registers[4]) = nullptr;
 Zyl64u (*zyl_GetEnabledCpuFeatures)() = nullptr;
@@ -81,10 +89,10 @@ tsSignal _g_signal;
 mr87 g_ctrl87;
 mrSSX g_ssx;
 
-mrString mrSession::m_exePath;
-mrString mrSession::m_defName;
-mrString mrSession::m_inDir;
-mrString mrSession::m_outDir;
+mrString mrFileNames::m_exePath;
+mrString mrFileNames::m_defName;
+mrString mrFileNames::m_inDir;
+mrString mrFileNames::m_outDir;
 
 mrOS os;
 mrHost host;

@@ -225,3 +225,16 @@ void mrSession::updateOptions() {
         m_askMode = AskTiming | AskCommon;
     }
 }
+
+mrString mrSession::getExitInfo() {
+    switch (m_exitLevel) {
+        case 1:
+            return "ignored because of -e option";
+        case 2:
+            return "ignored because of -h option";
+        case 3:
+            return "ignored because of -v option";
+        default:
+            return "ignored";
+    }
+}

@@ -55,6 +55,13 @@ extern mrCStream g_cstrm;  ///< the performance table
 extern mrCStream g_qstrm;  ///< the parameter name table
 extern mrCStream g_mstrm;  ///< kept for table kinds to come; nothing writes to it
 
+/// Lines with the names of a test's parameters, which -q asks for.
+class mrNameLines {
+  public:
+    static int m_nameMode;   ///< bits: 1 name lines in the result table, 2 in a table of their own
+    static bool m_nameExit;  ///< -Q with -q: the run measures nothing
+};
+
 /// Runs `write`, which writes to g_cstrm, with the name table's files in the place of the table's own: the
 /// one way by which lines get there.
 template <class Write>

@@ -1,7 +1,4 @@
-// How the names of files are formed. Relative directories are relative to the executable, so that a run finds
-// its files wherever it is started.
-
-#include "session/mr.h"
+#include "stream/mrfilenames.h"
 
 namespace {
 
@@ -17,14 +14,14 @@ mrString getDirPath(const mrString& name, const mrString& dir) {
         return name;
     }
     if (dir.empty()) {
-        return mrSession::m_exePath.getFileDir() + name;
+        return mrFileNames::m_exePath.getFileDir() + name;
     }
     return name.beginsWith(dir) ? name : dir + name;
 }
 
 }  // namespace
 
-mrString mrSession::genDirName(mrString dir) {
+mrString mrFileNames::genDirName(mrString dir) {
     mrString exeDir = m_exePath.getFileDir();
     if (dir.empty()) {
         return exeDir;
@@ -33,7 +30,7 @@ mrString mrSession::genDirName(mrString dir) {
     return isAbsolute(closed) ? closed : exeDir + closed;
 }
 
-mrString mrSession::genPathName(mrString dir, mrString name, mrString ext) {
+mrString mrFileNames::genPathName(mrString dir, mrString name, mrString ext) {
     if (isAbsolute(name)) {
         return name;
     }
@@ -42,21 +39,8 @@ mrString mrSession::genPathName(mrString dir, mrString name, mrString ext) {
     return dir + (full.found(".") ? full : full + ext);
 }
 
-mrString mrSession::getInPath(mrString name) { return getDirPath(name, m_inDir); }
+mrString mrFileNames::getInPath(mrString name) { return getDirPath(name, m_inDir); }
 
-mrString mrSession::getOutPath(mrString name) { return getDirPath(name, m_outDir); }
+mrString mrFileNames::getOutPath(mrString name) { return getDirPath(name, m_outDir); }
 
-void mrSession::setDefName(mrString name) { m_defName = name.empty() ? m_exePath.getFileTitle() : name; }
-
-mrString mrSession::getExitInfo() {
-    switch (m_exitLevel) {
-        case 1:
-            return "ignored because of -e option";
-        case 2:
-            return "ignored because of -h option";
-        case 3:
-            return "ignored because of -v option";
-        default:
-            return "ignored";
-    }
-}
+void mrFileNames::setDefName(mrString name) { m_defName = name.empty() ? m_exePath.getFileTitle() : name; }

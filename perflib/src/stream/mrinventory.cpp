@@ -1,5 +1,8 @@
 #include "stream/mrinventory.h"
 
+#include "machine/mrlibrary.h"
+#include "stream/mrostream.h"
+
 // Plain pointers, null before any initialiser runs: the suites register from theirs.
 constinit mrStringList* g_pLibInfoList = nullptr;
 constinit mrStringList* g_pLibFuncList = nullptr;
@@ -33,4 +36,9 @@ bool mrRegLibFunc(mrString name) {
     }
     madeList(g_pLibFuncList).append(name);
     return true;
+}
+
+void reportStatus(int status) {
+    g_ostrm << (status < 0 ? "--ZYL FAIL. " : "--ZYL NOTE. ") << "status = " << mrText(status) << ": "
+            << zyl_GetStatusString(status) << "\n";
 }

@@ -1,7 +1,7 @@
 #include "stream/mristream.h"
 
 #include "machine/mrstop.h"
-#include "session/mr.h"
+#include "stream/mrfilenames.h"
 
 void mrDataList::set(mrString pair) {
     mrString name;
@@ -60,7 +60,7 @@ bool mrIStream::setIniFile(mrString name, bool update) {
     deleteIniFile();
     m_iniFile = std::make_unique<mrIniFile>();
     m_iniWrite = update;
-    return m_iniFile->open(mrSession::getInPath(name), update);
+    return m_iniFile->open(mrFileNames::getInPath(name), update);
 }
 
 void mrIStream::deleteIniFile() {

@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "session/mr.h"
+#include "stream/mrfilenames.h"
 #include "stream/mrostream.h"
 
 namespace {
@@ -18,9 +18,9 @@ mrString openPath(const mrString& name, int mode) {
         return name;
     }
     if ((mode & IO_READ) != 0) {
-        return mrSession::getInPath(name);
+        return mrFileNames::getInPath(name);
     }
-    return (mode & IO_WRITE) != 0 ? mrSession::getOutPath(name) : name;
+    return (mode & IO_WRITE) != 0 ? mrFileNames::getOutPath(name) : name;
 }
 
 mrString openMode(int mode) {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "job/mrinfotest.h"
-#include "session/mrbinding.h"
+#include "machine/mrlibrary.h"
 #include "support/captured_output.h"
 #include "support/golden.h"
 #include "support/recorded_processor.h"

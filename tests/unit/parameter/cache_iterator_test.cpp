@@ -5,7 +5,7 @@
 #include <climits>
 
 #include "parameter/mrmemory.h"
-#include "session/mrbinding.h"
+#include "machine/mrlibrary.h"
 #include "support/captured_output.h"
 
 namespace {
