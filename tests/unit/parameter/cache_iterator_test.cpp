@@ -4,8 +4,8 @@
 
 #include <climits>
 
-#include "parameter/mrmemory.h"
 #include "machine/mrlibrary.h"
+#include "parameter/mrmemory.h"
 #include "support/captured_output.h"
 
 namespace {
