@@ -4,8 +4,8 @@
 #include <memory>
 #include <vector>
 
-#include "output/mrcstream.h"
 #include "seconds.h"
+#include "stream/mrcstream.h"
 #include "zy.h"
 
 namespace {

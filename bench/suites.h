@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "mr.h"
 #include "p_common.h"
+#include "session/mr.h"
 #include "zy.h"
 
 /// Binds the library and sets the common parameters up.

@@ -7,8 +7,8 @@
 
 #include <cstdio>
 
-#include "output/mrcstream.h"
 #include "seconds.h"
+#include "stream/mrcstream.h"
 #include "suites.h"
 
 namespace {

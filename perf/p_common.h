@@ -1,6 +1,6 @@
 #pragma once
 
-#include "test/mrstepiterator.h"
+#include "parameter/mrstepiterator.h"
 
 /// The common parameter "VectorLength", shared by the suites.
 extern mrStepIterator<int> g_vectorLength;

@@ -2,11 +2,11 @@
 
 /// The one header that a suite includes; with it the suite registers its library, before its tests.
 
-#include "output/mrcstream.h"
-#include "output/mristream.h"
-#include "test/mrmapiterator.h"
-#include "test/mrmemory.h"
-#include "test/mrstepiterator.h"
+#include "parameter/mrmapiterator.h"
+#include "parameter/mrmemory.h"
+#include "parameter/mrstepiterator.h"
+#include "stream/mrcstream.h"
+#include "stream/mristream.h"
 #include "zyenvironment.h"
 #include "zylch.h"
 #include "zysuite.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "mr.h"
-#include "timing/mrcpuid.h"
+#include "job/mrregistry.h"
+#include "machine/mrcpuid.h"
 #include "zylch.h"
 #include "zylcore.h"
 

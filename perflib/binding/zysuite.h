@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "mr.h"
-#include "timing/mrclock.h"
+#include "job/mrregistry.h"
+#include "measure/mrclock.h"
 #include "zytest.h"
 
 /// The two timing loops of the suites, written once. A suite writes the body, `tcall_F`, and where a call

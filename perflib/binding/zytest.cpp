@@ -1,10 +1,12 @@
 #include "zytest.h"
 
-#include "output/mrcstream.h"
-#include "output/mrtrace.h"
+#include "machine/mrlibrary.h"
+
+#include "machine/mrleftstate.h"
+#include "parameter/mrmemory.h"
 #include "session/mrbinding.h"
-#include "test/mrmemory.h"
-#include "timing/mrleftstate.h"
+#include "stream/mrcstream.h"
+#include "stream/mrtrace.h"
 #include "zyvector.h"
 
 namespace {
@@ -87,12 +89,9 @@ int zyTest::printAllMemoryBlocks(mrString title) {
     const int count = mrTraced("printAllMemoryBlocks", [&] {
         printFirstDebugLine(title);
         int listed = 0;
-        int size = 0;
-        mrObject* owner = nullptr;
-        for (void* block = mrMallocFirst(&size, &owner); block != nullptr;
-             block = mrMallocNext(&size, &owner)) {
+        mrForEachBlock([&](void* block, int size, mrObject* owner) {
             if (owner == nullptr || owner == MEM_OBJECT_IS_SUBOBJECT) {
-                continue;
+                return;
             }
             printFirstBlockLine(++listed, owner, size);
             if (owner == MEM_OBJECT_IS_BUFFER) {
@@ -101,7 +100,7 @@ int zyTest::printAllMemoryBlocks(mrString title) {
                 printVectorBlock(static_cast<zyVector*>(owner));
             }
             printLastBlockLine(listed, owner);
-        }
+        });
         printLastDebugLine(title);
         return listed;
     });

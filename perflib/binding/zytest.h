@@ -1,6 +1,6 @@
 #pragma once
 
-#include "test/mrtest.h"
+#include "job/mrtest.h"
 #include "zyfunc.h"
 
 class zyVector;

@@ -3,9 +3,9 @@
 #include <climits>
 #include <cstring>
 
-#include "output/mrostream.h"
-#include "test/mrmemory.h"
-#include "test/mrtest.h"
+#include "job/mrtest.h"
+#include "parameter/mrmemory.h"
+#include "stream/mrostream.h"
 #include "zycomponent.h"
 
 std::uint32_t zyVector::m_seed = 0;

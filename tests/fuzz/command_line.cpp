@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "fuzz.h"
-#include "mr.h"
-#include "output/mrcstream.h"
-#include "output/mristream.h"
+#include "session/mr.h"
+#include "stream/mrcstream.h"
+#include "stream/mristream.h"
 #include "support/temp_folder.h"
 
 /// Conditions live to the end of the process.

@@ -2,7 +2,7 @@
 /// tells of itself.
 
 #include "fuzz.h"
-#include "test/mrtest.h"
+#include "job/mrtest.h"
 #include "zyfunc.h"
 
 namespace {

@@ -1,7 +1,7 @@
 /// An ini file is read, changed and written; what was written must read back the same.
 
 #include "fuzz.h"
-#include "output/mrinifile.h"
+#include "stream/mrinifile.h"
 #include "support/temp_folder.h"
 
 namespace {

@@ -2,9 +2,9 @@
 /// the kind of parameter.
 
 #include "fuzz.h"
-#include "test/mrmapiterator.h"
-#include "test/mrmemory.h"
-#include "test/mrstepiterator.h"
+#include "parameter/mrmapiterator.h"
+#include "parameter/mrmemory.h"
+#include "parameter/mrstepiterator.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "output/mrostream.h"
+#include "stream/mrostream.h"
 
 /// The whole text, NUL bytes included.
 inline std::string str(const mrString& text) {

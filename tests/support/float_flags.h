@@ -2,7 +2,7 @@
 
 /// The floating-point registers, as tests set and restore them.
 
-#include "timing/mrfloat.h"
+#include "machine/mrfloat.h"
 #include "zylcore.h"
 
 inline unsigned controlWord87() { return zylFpuSsx4TS(2, 0, 0); }

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "timing/mrcpuid.h"
+#include "machine/mrcpuid.h"
 
 /// What a processor answers to CPUID. Vendor and brand stand for the leaves that hold them.
 struct ProcessorRecord {

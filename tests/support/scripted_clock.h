@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "mrtool.h"
-#include "session/mrbinding.h"
+#include "machine/mrlibrary.h"
+#include "measure/mrtool.h"
 #include "support/captured_output.h"
 
 /// A clock that only the test moves, in the place of the clock pair; the frequency counts as measured: 1 GHz.

@@ -1,8 +1,9 @@
 #include "session/mrbinding.h"
 
-#include "mr.h"
-#include "output/mrinventory.h"
-#include "output/mrostream.h"
+#include "machine/mrlibrary.h"
+#include "session/mr.h"
+#include "stream/mrinventory.h"
+#include "stream/mrostream.h"
 #include "zylcore.h"
 
 namespace {
@@ -95,11 +96,6 @@ void mrBindLibrary() {
         g_ostrm << "\nZorva ZYL Core library functions have been integrated into MR\n";
     }
     mrBindFallbacks();
-}
-
-void reportStatus(int status) {
-    g_ostrm << (status < 0 ? "--ZYL FAIL. " : "--ZYL NOTE. ") << "status = " << mrText(status) << ": "
-            << zyl_GetStatusString(status) << "\n";
 }
 
 void mrNoteLibraryVersions() {

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "mr.h"
-#include "output/mrtextfile.h"
+#include "session/mr.h"
+#include "stream/mrtextfile.h"
 
 namespace {
 

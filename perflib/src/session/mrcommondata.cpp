@@ -1,9 +1,9 @@
 // The dialogue before the tests: the timing method, the common parameters of the tests, the layout of vectors
 // in memory.
 
-#include "mr.h"
-#include "output/mristream.h"
-#include "test/mrmemory.h"
+#include "parameter/mrmemory.h"
+#include "session/mr.h"
+#include "stream/mristream.h"
 
 namespace {
 

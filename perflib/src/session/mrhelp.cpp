@@ -1,8 +1,8 @@
 // What -h, -?, -v and -e print in place of a run.
 
-#include "mr.h"
-#include "output/mrcstream.h"
-#include "output/mrreport.h"
+#include "report/mrreport.h"
+#include "session/mr.h"
+#include "stream/mrcstream.h"
 
 #ifndef METRIG_BUILD_DATE
 #define METRIG_BUILD_DATE __DATE__

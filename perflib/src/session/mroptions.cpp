@@ -3,12 +3,12 @@
 #include <cstdio>
 #include <memory>
 
-#include "mr.h"
-#include "output/mristream.h"
-#include "output/mroutputfile.h"
+#include "machine/mrcpufeatures.h"
+#include "session/mr.h"
 #include "session/mroptiontable.h"
 #include "session/optionwords.h"
-#include "system/mrcpufeatures.h"
+#include "stream/mristream.h"
+#include "stream/mroutputfile.h"
 
 namespace {
 
@@ -223,5 +223,18 @@ void mrSession::updateOptions() {
         m_askMode = 0;
     } else if (m_askMode == 0) {
         m_askMode = AskTiming | AskCommon;
+    }
+}
+
+mrString mrSession::getExitInfo() {
+    switch (m_exitLevel) {
+        case 1:
+            return "ignored because of -e option";
+        case 2:
+            return "ignored because of -h option";
+        case 3:
+            return "ignored because of -v option";
+        default:
+            return "ignored";
     }
 }

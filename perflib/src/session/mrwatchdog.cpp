@@ -2,8 +2,8 @@
 
 #include <cstdlib>
 
-#include "output/mrostream.h"
-#include "timing/mrstop.h"
+#include "machine/mrstop.h"
+#include "stream/mrostream.h"
 
 void mrReadWatchdog() {
     const char* text = std::getenv("METRIG_WATCHDOG");

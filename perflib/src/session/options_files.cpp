@@ -1,6 +1,6 @@
-#include "output/mrcstream.h"
 #include "session/options.h"
 #include "session/optionwords.h"
+#include "stream/mrcstream.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
+#include "machine/mrcpufeatures.h"
 #include "session/options.h"
 #include "session/optionwords.h"
-#include "system/mrcpufeatures.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 #include <cstring>
 
-#include "output/mristream.h"
+#include "machine/mrfloat.h"
+#include "machine/mrpriority.h"
 #include "session/options.h"
 #include "session/optionwords.h"
-#include "timing/mrfloat.h"
-#include "timing/mrpriority.h"
+#include "stream/mristream.h"
 
 namespace {
 

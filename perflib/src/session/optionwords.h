@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mr.h"
+#include "session/mr.h"
 
 /// Levels of the exit keys, see mrSession::isExit.
 enum mrExitLevel : int { MR_EXIT_LIST = 1, MR_EXIT_HELP = 2, MR_EXIT_VERSION = 3 };

@@ -6,8 +6,8 @@
 #include <cmath>
 #include <vector>
 
+#include "parameter/mrmemory.h"
 #include "support/captured_output.h"
-#include "test/mrmemory.h"
 
 namespace {
 

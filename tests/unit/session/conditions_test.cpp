@@ -1,5 +1,5 @@
-#include "output/mrinventory.h"
 #include "session_fixture.h"
+#include "stream/mrinventory.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
-#include "mr.h"
+#include "machine/mrpriority.h"
+#include "session/mr.h"
 #include "session_fixture.h"
-#include "timing/mrpriority.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "mr.h"
+#include "session/mr.h"
 #include "support/captured_output.h"
 
 namespace {

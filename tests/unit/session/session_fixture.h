@@ -9,14 +9,14 @@
 #include <tuple>
 #include <vector>
 
-#include "mr.h"
-#include "output/mrcstream.h"
-#include "output/mristream.h"
+#include "parameter/mrmemory.h"
+#include "session/mr.h"
+#include "stream/mrcstream.h"
+#include "stream/mristream.h"
 #include "support/captured_output.h"
 #include "support/float_flags.h"
 #include "support/replaced.h"
 #include "support/temp_folder.h"
-#include "test/mrmemory.h"
 
 class SessionTest : public testing::Test {
   protected:

@@ -1,0 +1,112 @@
+#include "job/mrtestlist.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "job/mrconditions.h"
+#include "machine/mrstop.h"
+
+namespace {
+
+mrParameter* standsFor(const mrTest& test, mrParameter* parm) {
+    return test.m_pCacheIter != nullptr && parm == test.m_pCacheIter.get() ? test.m_pCacheIter->cacheParm()
+                                                                           : parm;
+}
+
+/// Marks the candidates among a test's parameters; true if all were marked already.
+bool markUsed(const mrTest& test, mrList<mrParameter*>& candidates) {
+    bool allMarked = true;
+    for (mrParameter* candidate : candidates) {
+        if (candidate->active()) {
+            continue;
+        }
+        allMarked = false;
+        for (mrParameter* parm : test.m_parms) {
+            if (standsFor(test, parm) == candidate) {
+                candidate->setActive(true);
+                break;
+            }
+        }
+    }
+    return allMarked;
+}
+
+}  // namespace
+
+bool mrTestList::aless(mrTest*& a, mrTest*& b) {
+    return a != nullptr && b != nullptr && a->compareFunc(b) < 0;
+}
+
+void mrTestList::sortFunc() {
+    std::vector<mrTest*> tests(begin(), end());
+    std::stable_sort(tests.begin(), tests.end(), [](mrTest* a, mrTest* b) { return aless(a, b); });
+    std::copy(tests.begin(), tests.end(), begin());
+}
+
+void mrTestList::startWithCpuTest() {
+    const iterator first = begin();
+    for (iterator test = begin(); test != end();) {
+        if (test != first && (*test)->m_name[0] == '_') {
+            insert(first, *test);
+            test = erase(test);
+        } else {
+            ++test;
+        }
+    }
+}
+
+void mrTestList::plus(int result) {
+    ++m_runCount;
+    ++m_counts[result];
+    if (mrIsNote(result) && result != MR_NOTE) {
+        ++m_counts[MR_NOTE];
+    } else if (mrIsFail(result) && result != MR_FAIL) {
+        ++m_counts[MR_FAIL];
+    }
+}
+
+bool mrTestList::runTests(mrConditions& conditions) {
+    for (mrTest* test : *this) {
+        if (mrStop::asked()) {
+            g_ostrm << MSG_ERR << "-- Run is stopped by a signal\n" << MSG_END;
+            break;
+        }
+        if (!test->tobeRun(conditions) || !test->m_name.found(m_startFunc)) {
+            continue;
+        }
+        // The first test of that name ends the search: all that follow run, whatever they are called.
+        m_startFunc = "";
+        m_pCurrentTest = test;
+        const int result = test->run();
+        if (result != MR_NOT_RUN || test->m_result != MR_OK) {
+            plus(result);
+        }
+        m_pCurrentTest = nullptr;
+    }
+    return m_counts[MR_FAIL] > 0;
+}
+
+void mrTestList::selectCommonParms(mrConditions& conditions, mrList<mrParameter*>& parms) {
+    for (mrParameter* parm : parms) {
+        parm->setActive(false);
+    }
+    for (mrTest* test : *this) {
+        if (!test->tobeRun(conditions)) {
+            continue;
+        }
+        test->startAndStop();
+        const bool allMarked = markUsed(*test, parms);
+        test->m_pCacheIter.reset();
+        test->m_parms.clear();
+        if (allMarked) {
+            break;
+        }
+    }
+    for (auto parm = parms.begin(); parm != parms.end();) {
+        if ((*parm)->active()) {
+            ++parm;
+        } else {
+            parm = parms.erase(parm);
+        }
+    }
+}
