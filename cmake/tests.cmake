@@ -1,10 +1,6 @@
 # The tests, each program from the sources that stand in its folder.
 
-set(METRIG_GOOGLETEST /usr/src/googletest CACHE PATH "Sources of GoogleTest")
-set(BUILD_GMOCK OFF)
-set(INSTALL_GTEST OFF)
-add_subdirectory(${METRIG_GOOGLETEST} googletest EXCLUDE_FROM_ALL)
-include(GoogleTest)
+include(cmake/googletest.cmake)
 
 # Of binutils, whatever the compiler: tests read its form of a listing.
 find_program(METRIG_OBJDUMP objdump REQUIRED)

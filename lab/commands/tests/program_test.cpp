@@ -1,0 +1,108 @@
+/// metrig-lab as its users run it: statuses, words, and what it leaves behind.
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "commands/progress.h"
+#include "turns/tests/fake_library.h"
+
+namespace lab {
+namespace {
+
+struct Outcome {
+    int status = -1;
+    std::string output;  ///< both streams
+};
+
+Outcome shell(const std::string& command) {
+    Outcome outcome;
+    std::FILE* pipe = popen(("exec 2>&1; " + command).c_str(), "r");
+    for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) {
+        outcome.output.push_back(static_cast<char>(c));
+    }
+    const int status = pclose(pipe);
+    outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return outcome;
+}
+
+class Program : public testing::Test {
+  protected:
+    Program() {
+        m_folder.library("a", "");
+        m_folder.library("b", "slow F2 1.5");
+        m_folder.library("c", "exit F2 3");
+        m_folder.library("dumb", "dumb");
+        m_folder.library("wide", "", ELFCLASS32);
+        std::filesystem::create_directory(m_folder.path("empty"));
+    }
+
+    Outcome lab(const std::string& arguments) {
+        return shell("cd " + m_folder.path("") + "; " LAB_PROGRAM " " + arguments);
+    }
+
+    TestFolder m_folder;
+    const std::string m_fake = " --metrig " LAB_FAKE_INSTRUMENT " --no-wait --epochs 3 ";
+};
+
+TEST_F(Program, StatusesAndWords) {
+    const struct {
+        std::string arguments;
+        int status;
+        const char* words;
+    } rows[] = {
+        {"", 2, "subcommand"},
+        {"compare a", 2, "NEW"},
+        {"compare a b --margin 3x", 2, "3x"},
+        {"compare a nowhere" + m_fake, 2, "nowhere"},
+        {"compare a empty" + m_fake, 2, "libzylcore.so.10"},
+        {"compare a dumb" + m_fake, 2, "takes no turns"},
+        {"compare a a --core 4000" + m_fake, 2, "4000"},
+        {"compare a wide" + m_fake, 4, "the new one of 32"},
+        {"compare a a" + m_fake + "-- -fF1 --odd", 0, "-fF1 --odd"},
+        {"compare a b" + m_fake, 1, "F2"},
+        {"compare b a" + m_fake, 0, "faster"},
+        {"compare a c" + m_fake, 5, "exited with status 3"},
+        {"show metrig-lab.db", 5, "exited with status 3"},
+        {"export metrig-lab.db --json", 0, "\"verdict\": \"same\""},
+        {"resume metrig-lab.db -- -j5", 2, "compare"},
+        {"show nothing.db", 2, "nothing.db"},
+        {"compare a b --pairs 2 --fail-on unsure" + m_fake, 3, "cannot be told"},
+    };
+    for (const auto& row : rows) {
+        const Outcome outcome = lab(row.arguments);
+        EXPECT_EQ(outcome.status, row.status) << row.arguments << "\n" << outcome.output;
+        EXPECT_NE(outcome.output.find(row.words), std::string::npos) << row.arguments << "\n"
+                                                                     << outcome.output;
+    }
+}
+
+TEST_F(Program, InterruptedLeavesNoProcessAndGoesOn) {
+    setenv("FAKE_DELAY_US", "20000", 1);
+    // each turn takes 20 ms, so it is at work for minutes
+    const Outcome outcome =
+        lab("compare a b" + m_fake +
+            "-o run.db >log 2>&1 & driver=$!; for i in $(seq 100); do [ -s run.db-wal ] || sleep 0.1; done; "
+            "sleep 1; children=$(cat /proc/$driver/task/$driver/children); kill -INT $driver; wait $driver; "
+            "echo status $?; for child in $children; do [ ! -e /proc/$child ] || echo left $child; done; cat "
+            "log");
+    EXPECT_NE(outcome.output.find("status 130"), std::string::npos) << outcome.output;
+    EXPECT_EQ(outcome.output.find("left"), std::string::npos) << outcome.output;
+    EXPECT_NE(outcome.output.find("resume run.db"), std::string::npos) << outcome.output;
+    const Outcome late = lab("resume run.db --time 1s");
+    EXPECT_EQ(late.status, 0) << late.output;
+    EXPECT_NE(late.output.find("Not finished"), std::string::npos) << late.output;
+    unsetenv("FAKE_DELAY_US");
+    EXPECT_EQ(lab("resume run.db --time 10m").status, 1);
+}
+
+TEST(Progress, InOneLine) {
+    EXPECT_EQ(progressText({5, 40, 312, 438, 12.3}),
+              "pair 5 of at most 40, 312 of 438 points decided, about 12 s left");
+}
+
+}  // namespace
+}  // namespace lab

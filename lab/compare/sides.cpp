@@ -1,0 +1,107 @@
+#include "compare/sides.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "machine/elf.h"
+#include "machine/facts.h"
+#include "machine/sha256.h"
+#include "turns/copies.h"
+
+namespace lab {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::vector<StoredObject> objectsIn(const std::string& folder) {
+    std::vector<StoredObject> objects;
+    for (const std::string& name : libraryObjects) {
+        const std::string path = fs::path(folder) / name;
+        if (!fs::is_regular_file(path)) {
+            throw std::runtime_error(path + ": no such file");
+        }
+        const std::string content = fileContent(path);
+        const auto facts = elfFacts(content);
+        if (!facts) {
+            throw std::runtime_error(path + ": no shared object");
+        }
+        objects.push_back({name, path, "", sha256(content), facts->buildId, facts->bits});
+        if (facts->bits != objects.front().bits) {
+            throw std::runtime_error(folder + ": shared objects of 32 and of 64 bits");
+        }
+    }
+    return objects;
+}
+
+/// Beside this program where they are installed, or where the builds are.
+std::string instrumentOf(int bits) {
+    std::error_code failed;
+    const fs::path here = fs::read_symlink("/proc/self/exe", failed).parent_path();
+    const fs::path builds = here.parent_path().parent_path();
+    const fs::path candidates[] = {here / "metrig", here / "metrig-x86", here / "metrig-x86-64",
+                                   builds / "x86/bin/metrig", builds / "x86-64/bin/metrig"};
+    for (const fs::path& path : candidates) {
+        const auto facts = fs::is_regular_file(path, failed) ? elfFacts(fileContent(path)) : std::nullopt;
+        if (facts && facts->bits == bits) {
+            return path;
+        }
+    }
+    throw std::runtime_error("no instrument of " + std::to_string(bits) + " bits beside " + here.string() +
+                             " or in " + builds.string() + ": build it with script/build " +
+                             (bits == 32 ? "x86" : "x86-64"));
+}
+
+}  // namespace
+
+std::array<StoredSide, 2> findSides(const Settings& settings) {
+    std::array<StoredSide, 2> sides;
+    for (std::size_t i = 0; i < 2; ++i) {
+        StoredSide& side = sides[i];
+        side.name = settings.folders[i];
+        if (!fs::is_directory(side.name)) {
+            throw std::runtime_error(side.name + ": no such folder");
+        }
+        side.folder = fs::canonical(side.name);
+        side.objects = objectsIn(side.folder);
+        side.keys = settings.keys;
+        side.keys.insert(side.keys.end(), settings.sideKeys[i].begin(), settings.sideKeys[i].end());
+    }
+    const int bits = sides[0].objects.front().bits;
+    if (sides[1].objects.front().bits != bits) {
+        throw NotComparable("the old library is of " + std::to_string(bits) + " bits, the new one of " +
+                            std::to_string(sides[1].objects.front().bits));
+    }
+    const std::string instrument = settings.instrument.empty() ? instrumentOf(bits) : settings.instrument;
+    sides[0].instrument = instrument;
+    sides[1].instrument = instrument;
+    return sides;
+}
+
+bool areSameObjects(const std::array<StoredSide, 2>& sides) {
+    const auto same = [](const StoredObject& a, const StoredObject& b) { return a.sha256 == b.sha256; };
+    return std::equal(sides[0].objects.begin(), sides[0].objects.end(), sides[1].objects.begin(),
+                      sides[1].objects.end(), same);
+}
+
+bool isSelfComparison(const std::array<StoredSide, 2>& sides) {
+    return areSameObjects(sides) && sides[0].keys == sides[1].keys;
+}
+
+std::vector<std::string> functionsOfEqualCode(const std::array<StoredSide, 2>& sides,
+                                              const std::vector<std::string>& functions) {
+    std::vector<std::string> equal;
+    for (std::size_t object = 0; object < sides[0].objects.size(); ++object) {
+        const std::string older = fileContent(sides[0].objects[object].path);
+        const std::string newer = fileContent(sides[1].objects[object].path);
+        for (const std::string& function : functions) {
+            const std::string_view code = elfCode(older, function);
+            if (!code.empty() && code == elfCode(newer, function)) {
+                equal.push_back(function);
+            }
+        }
+    }
+    return equal;
+}
+
+}  // namespace lab

@@ -1,0 +1,34 @@
+#pragma once
+
+/// A comparison on a terminal: a line a function, worst first.
+
+#include <set>
+#include <string>
+
+#include "show/report.h"
+
+namespace lab {
+
+struct TableStyle {
+    bool points = false;     ///< a line a point instead of a function
+    std::set<Verdict> only;  ///< lines of these verdicts alone; empty: all
+    bool colours = false;
+};
+
+/// Whether a terminal gets colours: `noColour` is the value of NO_COLOR, null when it is not set.
+bool coloursWanted(bool terminal, const char* noColour);
+
+/// The whole report, warnings and the sentence with the answer included, lines ended. Whatever names hold,
+/// nothing in it steers a terminal but the colours.
+std::string table(const Report& report, const TableStyle& style);
+
+/// The answer in one sentence: "7 points slower (of 2 functions), ...".
+std::string sentence(const Report& report);
+
+/// "+1.2%" for the natural logarithm of new / old; "?" where it is not finite.
+std::string change(double logRatio);
+
+/// The parameters of a point as "name=value name=value".
+std::string parameterText(const Point& point);
+
+}  // namespace lab

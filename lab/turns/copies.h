@@ -1,0 +1,40 @@
+#pragma once
+
+/// Fresh copies of the libraries of both sides. The pages of a file stay the same for hours, and which they
+/// are shows in the figures, so each pair of processes gets pages of its own.
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "machine/random.h"
+
+namespace lab {
+
+/// The shared objects of a library.
+inline const std::vector<std::string> libraryObjects = {"libzylcore.so.10", "libzyls.so.10",
+                                                        "libzylch.so.10"};
+
+/// Two folders in memory, where the system has room for files that can be mapped as programs there. They
+/// vanish with the object, and what an object of a killed process left behind vanishes with the next one.
+class LibraryCopies {
+  public:
+    /// `folders` hold the originals, of the old side and of the new one. std::runtime_error if a file can't
+    /// be read or written.
+    LibraryCopies(const std::array<std::string, 2>& folders, Random& random);
+    LibraryCopies(const LibraryCopies&) = delete;
+    LibraryCopies& operator=(const LibraryCopies&) = delete;
+    ~LibraryCopies();
+
+    /// Of side 0 or 1; both are of one length.
+    std::string folder(int side) const { return m_base + (side == 0 ? "/old" : "/new"); }
+
+    /// Takes the files away before the object ends; who has them mapped keeps them.
+    void remove();
+
+  private:
+    std::string m_base;
+    int m_lock = -1;
+};
+
+}  // namespace lab
