@@ -57,7 +57,7 @@ void mrSession::initSession() {
     const bool libraryBound = zyl_Init() != MR_NOT_BOUND;
     for (const mrOptionRow& row : mrOptionTable) {
         if (isUsed(row.m_use, libraryBound)) {
-            initOption(row.m_key, row.m_help, row.m_info, row.m_apply, row.m_descr,
+            initOption(row.m_key, row.m_help, row.m_info, row.m_apply, row.descr(),
                        row.m_use == mrOptionUse::Hidden);
         }
     }
