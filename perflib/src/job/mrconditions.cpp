@@ -95,7 +95,7 @@ bool mrConditions::tobeRun(const mrTest* test) const {
     if (empty()) {
         return true;
     }
-    const bool joinedByOr = m_logic == 1;
+    const bool joinedByOr = m_logic == MR_LOGIC_OR;
     for (int field = 0; field < RunCondition::FieldCount; ++field) {
         if (count(field) > 0 && (tobeRun(test, field) > 0) == joinedByOr) {
             return joinedByOr;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "text/mrstates.h"
 #include "text/mrstring.h"
 
 class mrTest;
@@ -59,5 +60,5 @@ class mrConditions : public mrList<RunCondition*> {
     int count(int field) const;
     int count(int field, int kind) const;
 
-    int m_logic = 0;  ///< 0 the groups are joined by and, 1 by or
+    int m_logic = MR_LOGIC_AND;  ///< mrLogic
 };

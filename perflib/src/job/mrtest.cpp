@@ -107,7 +107,7 @@ void mrTest::initSettings() {
 }
 
 bool mrTest::tobeRun(mrConditions& conditions) {
-    return conditions.tobeRun(this) && (m_hot != 2 || mrTest::isHotLine());
+    return conditions.tobeRun(this) && (m_hot != MR_HOT_ONLY || mrTest::isHotLine());
 }
 
 int mrTest::run() {
@@ -296,7 +296,7 @@ void mrTest::measureCombination(bool& constantsOpen) {
     if (m_tool.m_setAndUse) {
         mrTraced("reserveAllVectors", [] { reserveAllVectors(); });
     }
-    if (m_hot == 2 && !isHotLine()) {
+    if (m_hot == MR_HOT_ONLY && !isHotLine()) {
         g_ostrm << "  measuring is omitted: not hot line\n";
         return;
     }

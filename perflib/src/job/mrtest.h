@@ -7,6 +7,7 @@
 #include "parameter/mrcacheiterator.h"
 #include "parameter/mrstepiterator.h"
 #include "stream/mrostream.h"
+#include "text/mrstates.h"
 
 class mrConditions;
 
@@ -145,7 +146,7 @@ class mrTest : public mrControlStatus {
     static int m_numResultColm;  ///< shape of the performance table
     static int m_numParmsColm;
     static int m_currentResult;  ///< worst result so far in the running test; it only rises
-    static int m_hot;            ///< 0 none, 1 -H, 2 -HONLY
+    static int m_hot;            ///< mrHotMode
     static int m_vectorShift;    ///< of the next block
     static int m_vectorNum;      ///< blocks of the current combination
     static bool m_pressing;      ///< run only tests with a section in the ini file

@@ -236,10 +236,10 @@ void mrTest::putTableName() {
     if (m_name.beginsWith("__mr")) {
         return;
     }
-    if ((mrNameLines::m_nameMode & 1) != 0) {
+    if ((mrNameLines::m_nameMode & MR_NAMES_IN_TABLE) != 0) {
         putTableNameLine();
     }
-    if ((mrNameLines::m_nameMode & 2) != 0) {
+    if ((mrNameLines::m_nameMode & MR_NAMES_IN_FILE) != 0) {
         mrToNameTable([this] { putTableNameLine(); });
     }
 }

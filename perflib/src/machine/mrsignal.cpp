@@ -8,26 +8,6 @@
 
 namespace {
 
-struct CaughtSignal {
-    int code;
-    const char* text;
-};
-
-constexpr const char* UnknownSignal = "Unknown exception";
-
-constexpr CaughtSignal Caught[] = {
-    {SIGFPE, "FP fail, such as overflow, division by zero, invalid operation."},
-    {SIGILL, "Illegal instruction."},
-    {SIGSEGV, "Illegal storage access."},
-    {SIGBUS, UnknownSignal},
-    {SIGABRT, UnknownSignal},
-    {SIGTRAP, UnknownSignal},
-    {SIGSYS, UnknownSignal},
-};
-
-/// What these would end the run for is told as a failed write.
-constexpr int Ignored[] = {SIGPIPE, SIGXFSZ};
-
 /// The handler runs here, so that a function under test that used up the stack is survived like any other
 /// fault.
 constexpr std::size_t HandlerStackSize = 64 * 1024;
@@ -57,14 +37,14 @@ void useHandlerStack(int flags) {
 
 template <class Visit>
 void forReliedOn(Visit visit) {
-    for (const CaughtSignal& caught : Caught) {
+    for (const tsSignal::Caught& caught : tsSignal::Signals) {
         visit(caught.code);
     }
     for (const int code : mrStop::Requests) {
         visit(code);
     }
     visit(mrStop::TimeSignal);
-    for (const int code : Ignored) {
+    for (const int code : tsSignal::Ignored) {
         visit(code);
     }
 }
@@ -102,7 +82,7 @@ pthread_t tsSignal::m_thread;
 tsSignal::tsSignal() {
     m_thread = pthread_self();
     useHandlerStack(0);
-    for (const CaughtSignal& caught : Caught) {
+    for (const Caught& caught : Signals) {
         install(caught.code, handler, SA_ONSTACK);
     }
     mrStop::install();
@@ -114,14 +94,14 @@ tsSignal::tsSignal() {
 }
 
 tsSignal::~tsSignal() {
-    for (const CaughtSignal& caught : Caught) {
+    for (const Caught& caught : Signals) {
         std::signal(caught.code, SIG_DFL);
     }
     useHandlerStack(SS_DISABLE);
 }
 
 const char* tsSignal::getInfo() const {
-    for (const CaughtSignal& caught : Caught) {
+    for (const Caught& caught : Signals) {
         if (caught.code == m_code) {
             return caught.text;
         }

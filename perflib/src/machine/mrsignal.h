@@ -11,6 +11,24 @@
 /// measurements, the signal takes its default course: a crash of the framework itself is not hidden.
 class tsSignal {
   public:
+    struct Caught {
+        int code;
+        const char* text;  ///< of its report
+    };
+    static constexpr const char* UnknownSignal = "Unknown exception";
+    /// The signals that a test survives.
+    static constexpr Caught Signals[] = {
+        {SIGFPE, "FP fail, such as overflow, division by zero, invalid operation."},
+        {SIGILL, "Illegal instruction."},
+        {SIGSEGV, "Illegal storage access."},
+        {SIGBUS, UnknownSignal},
+        {SIGABRT, UnknownSignal},
+        {SIGTRAP, UnknownSignal},
+        {SIGSYS, UnknownSignal},
+    };
+    /// What these would end the run for is told as a failed write.
+    static constexpr int Ignored[] = {SIGPIPE, SIGXFSZ};
+
     tsSignal();
     tsSignal(const tsSignal&) = delete;
     tsSignal& operator=(const tsSignal&) = delete;

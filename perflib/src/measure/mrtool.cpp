@@ -31,20 +31,7 @@ constexpr int LongestAccuracy = 18;
 
 }  // namespace
 
-void mrTool::reset() {
-    m_result = MR_NOT_RUN;
-    m_accuracy = 1.0;
-    m_funcClocks = 0.0;
-    m_info = "";
-    m_comment = "";
-    m_funcLoop = nullptr;
-    m_funcStat = nullptr;
-    m_funcCall = nullptr;
-    m_funcInit = nullptr;
-    m_date = mrDate();
-    m_numLoops = 0;
-    m_numClocks = 0;
-}
+void mrTool::reset() { mrToolFigures::operator=(mrToolFigures()); }
 
 mrResult mrTool::timing(FuncOld old) {
     _funcOld = old;

@@ -32,8 +32,8 @@ mrOStream& operator<<(mrOStream& stream, const mrReportEnd& report);
 mrUStream& operator<<(mrUStream& stream, const mrReportEnd& report);
 mrCStream& operator<<(mrCStream& stream, const mrReportEnd& report);
 
-/// The tests that the conditions select and, for modes other than 0, the library's functions with (1) or only
-/// without (-1) a test. A flat list of cells; a cell "\n" ends a row.
+/// The tests that the conditions select, behind the library's functions that the mode (mrListMode) asks for.
+/// A flat list of cells; a cell "\n" ends a row.
 class mrReportList : public mrList<mrString> {
   public:
     mrReportList(mrTestList& tests, mrConditions& conditions, int mode);

@@ -2,6 +2,7 @@
 #include "report/mrreport.h"
 #include "stream/mrcstream.h"
 #include "stream/mrinventory.h"
+#include "text/mrstates.h"
 
 namespace {
 
@@ -22,7 +23,7 @@ bool isServiceFunction(const mrString& name) {
 }  // namespace
 
 mrReportList::mrReportList(mrTestList& tests, mrConditions& conditions, int mode) {
-    if (mode != 0 && createFuncList()) {
+    if (mode != MR_LIST_TESTS && createFuncList()) {
         addFunctions(tests, mode);
     }
     addTests(tests, conditions);
@@ -48,7 +49,7 @@ void mrReportList::addFunctions(mrTestList& tests, int mode) {
     }
     while (name != end()) {
         const bool tested = presentInTestList(*name, tests);
-        if (tested && mode < 1) {
+        if (tested && mode < MR_LIST_FUNCTIONS) {
             name = erase(name);
             continue;
         }

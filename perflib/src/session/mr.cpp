@@ -174,7 +174,7 @@ void mrSession::outputSignal() {
 
 void mrSession::putTableTitle() {
     putTableTitleLine();
-    if ((m_nameMode & 2) != 0) {
+    if ((m_nameMode & MR_NAMES_IN_FILE) != 0) {
         mrToNameTable([this] { putTableTitleLine(); });
     }
 }
@@ -206,7 +206,7 @@ void mrSession::mrParmsTitleToCStream() {
 
 void mrSession::resultTitleToCStream() {
     toCStream({"Comment", "Clocks", "per", "Time (usec)", "MFlops"});
-    if (mrTest::m_hot != 0) {
+    if (mrTest::m_hot != MR_HOT_NONE) {
         toCStream({"Interest"});
     }
 }

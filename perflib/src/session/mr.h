@@ -8,6 +8,7 @@
 #include "stream/mrcstream.h"
 #include "stream/mrfilenames.h"
 #include "stream/mrostream.h"
+#include "text/mrstates.h"
 
 /// The session: one object per process, reached through pSession, that goes through a run in a fixed order.
 /// Virtual, so that a suite can register a session class of its own.
@@ -81,7 +82,7 @@ class mrSession : public mrFileNames, public mrNameLines {
     void initOption(char key, mrString help, mrOption::Info info, mrOption::Apply apply, mrString descr,
                     bool hidden);
 
-    /// True if an exit key of at least this level was given: 1 -e, 2 -h or -?, 3 -v.
+    /// True if an exit key of at least this level (mrExitLevel) was given.
     static bool isExit(int level) { return m_exitLevel >= level; }
     static mrString getExitInfo();
 
@@ -112,19 +113,17 @@ class mrSession : public mrFileNames, public mrNameLines {
     bool m_batMode = false;
     OutputLevel m_levelMode = MSG_ERR;
     bool m_quickMode = false;
-    int m_enumMode = 0;  ///< NoEnumeration, else the mode of listTests
+    int m_enumMode = MR_LIST_NOTHING;  ///< mrListMode
     int m_unopened = 0;
     mrStringList m_keyFiles;
     mrString m_iniName;
     bool m_iniWrite = false;
     mrString m_cmdText;  ///< report of the option pass
     mrString m_sglName;
-
-    static constexpr int NoEnumeration = 100;
 };
 
 extern bool s_version;       ///< -v was given
-extern char s_hintArg;       ///< 0 no help, 1 short help, else the character behind the key
+extern char s_hintArg;       ///< MR_HINT_NONE, MR_HINT_QUICK, else the character behind the key
 extern bool s_hintHide;      ///< hidden keys stay out of the help
 extern int s_numThreads;     ///< of -N
 extern Zyl64u s_cpuFeature;  ///< of -T

@@ -4,6 +4,7 @@
 
 #include "machine/mrfloat.h"
 #include "machine/mrhost.h"
+#include "machine/mrpriority.h"
 #include "machine/mrsignal.h"
 #include "measure/mrturns.h"
 #include "session/mr.h"
@@ -30,13 +31,13 @@ constinit int mrTool::m_numMilliseconds = 100;
 constinit int mrTool::m_minNumLoops = 8;
 constinit int mrTool::m_numExtLoops = 8;
 constinit int mrTool::m_extLoopIdx = 100000;
-constinit int mrTool::m_priority = 0;
+constinit int mrTool::m_priority = MR_PRIORITY_KEEP;
 mrResult (*mrTool::m_pCheckStatus)(int status) = nullptr;
 
 constinit int mrTest::m_numResultColm = 0;
 constinit int mrTest::m_numParmsColm = 0;
-constinit int mrTest::m_currentResult = 0;
-constinit int mrTest::m_hot = 0;
+constinit int mrTest::m_currentResult = MR_NOT_RUN;
+constinit int mrTest::m_hot = MR_HOT_NONE;
 constinit int mrTest::m_vectorShift = 0;
 constinit int mrTest::m_vectorNum = 0;
 constinit bool mrTest::m_pressing = false;
@@ -44,7 +45,7 @@ constinit bool mrTest::m_cache = false;
 constinit mrTest* mrTestList::m_pCurrentTest = nullptr;
 
 constinit bool s_version = false;
-constinit char s_hintArg = 0;
+constinit char s_hintArg = MR_HINT_NONE;
 constinit bool s_hintHide = true;
 constinit int s_numThreads = 0;
 constinit Zyl64u s_cpuFeature = 0;
@@ -52,8 +53,8 @@ constinit bool is_W_flagUsed = false;
 constinit const char* const MR_version = "2.0";
 
 constinit mrCommandList* mrSession::pCmdList = nullptr;
-constinit int mrSession::m_exitLevel = 0;
-constinit int mrNameLines::m_nameMode = 0;
+constinit int mrSession::m_exitLevel = MR_EXIT_NONE;
+constinit int mrNameLines::m_nameMode = MR_NAMES_NONE;
 constinit bool mrNameLines::m_nameExit = false;
 
 int (*zyl_GetCpuFeatures)(Zyl64u* mask, Zyl32u registers[4]) = nullptr;

@@ -10,9 +10,6 @@
 
 namespace {
 
-/// s_hintArg of a help key without argument.
-constexpr char HintQuick = 1;
-
 void headLine(const char* title, bool hide) { g_ostrm << title << (hide ? "" : " with hidden keys") << "\n"; }
 
 void describe(const mrOption& option) {
@@ -31,18 +28,18 @@ mrString keyText(char key, const char* state) {
 }  // namespace
 
 bool mrSession::hintOutput() {
-    if (!s_version && s_hintArg == 0) {
+    if (!s_version && s_hintArg == MR_HINT_NONE) {
         return false;
     }
     g_ostrm << "\nZorva(R) Zylkit. Metrig " << MR_version << ", " METRIG_BUILD_DATE "\n";
-    if (s_hintArg != 0) {
+    if (s_hintArg != MR_HINT_NONE) {
         hint(s_hintArg, s_hintHide);
     }
     return true;
 }
 
 void mrSession::hint(char arg, bool hide) {
-    if (arg == HintQuick) {
+    if (arg == MR_HINT_QUICK) {
         hint_quick(hide);
     } else if (arg == (hide ? 'h' : '?')) {
         hint_full(hide);
@@ -81,8 +78,7 @@ void mrSession::hint_descr(char key) {
 }
 
 bool mrSession::enumOutput() {
-    // Enumeration modes are 1, 0 and -1.
-    if (m_enumMode > 1) {
+    if (m_enumMode > MR_LIST_FUNCTIONS) {
         return false;
     }
     listTests(m_enumMode);

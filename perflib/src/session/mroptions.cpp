@@ -30,7 +30,7 @@ int exitLevel(const mrCommandList& keys) {
     if (keys.isKey('e')) {
         return MR_EXIT_LIST;
     }
-    return keys.isKey('v') ? MR_EXIT_VERSION : 0;
+    return keys.isKey('v') ? MR_EXIT_VERSION : MR_EXIT_NONE;
 }
 
 /// The argument of the last such key, or the empty text.
@@ -52,12 +52,12 @@ void mrSession::initSession() {
     m_askMode = 0;
     m_batMode = false;
     m_quickMode = false;
-    m_enumMode = NoEnumeration;
+    m_enumMode = MR_LIST_NOTHING;
     m_levelMode = MSG_ERR;
     const bool libraryBound = zyl_Init() != MR_NOT_BOUND;
     for (const mrOptionRow& row : mrOptionTable) {
         if (isUsed(row.m_use, libraryBound)) {
-            initOption(row.m_key, row.m_help, row.m_info, row.m_apply, row.m_descr,
+            initOption(row.m_key, row.m_help, row.m_info, row.m_apply, row.descr(),
                        row.m_use == mrOptionUse::Hidden);
         }
     }
@@ -94,8 +94,8 @@ bool mrSession::parseCommandLine(int argc, char** argv) {
     m_askMode = 0;
     m_batMode = false;
     m_quickMode = false;
-    m_enumMode = NoEnumeration;
-    m_nameMode = 0;
+    m_enumMode = MR_LIST_NOTHING;
+    m_nameMode = MR_NAMES_NONE;
     m_nameExit = false;
     m_unopened = 0;
     m_keyFiles.clear();
@@ -228,11 +228,11 @@ void mrSession::updateOptions() {
 
 mrString mrSession::getExitInfo() {
     switch (m_exitLevel) {
-        case 1:
+        case MR_EXIT_LIST:
             return "ignored because of -e option";
-        case 2:
+        case MR_EXIT_HELP:
             return "ignored because of -h option";
-        case 3:
+        case MR_EXIT_VERSION:
             return "ignored because of -v option";
         default:
             return "ignored";

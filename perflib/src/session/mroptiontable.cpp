@@ -3,13 +3,17 @@
 #include "session/mroptiontable.h"
 
 #include "session/options.h"
+#include "stream/mrfilenames.h"
 
 using enum mrOptionUse;
 
-// One row a key: the head, the lines of the short text, the lines of the long text. The tab in the long text
-// of -T gives way to the list of features, see mrSession::updateOptions.
+namespace {
+
+// One row a key: the head, the lines of the short text, the lines of the long text; those of a file key stand
+// round what mrOptionRow::descr() says of its default file. The tab in the long text of -T gives way to the
+// list of features, see mrSession::updateOptions.
 // clang-format off
-constinit const mrOptionRow mrOptionTable[MR_OPTION_COUNT] = {
+constexpr mrOptionRow rows[] = {
     {'B', B_info, B_apply, Always,
      "-B               = batch mode (no console input)\n",
      "If both -B and -A key present in command line then -B key is performed\n"},
@@ -37,22 +41,16 @@ constinit const mrOptionRow mrOptionTable[MR_OPTION_COUNT] = {
      "Ini-file section [Metrig] contains common parameters for all tests\n"
      "Ini-file section [<func-name>] contains parameters for measurement of this function\n"
      "A parameter is read from ini-file only if it is not defined by -d key\n"
-     "At the same time this parameter will not be asked from console\n"
-     "If file-name is empty then default file path will be used:\n"
-     "    <default-dir>/<default-name>.ini\n"
-     "    <default-dir> : <exe-file-dir> or -p key argument if any\n"
-     "    <default-name>: <exe-file-name-without-extention> or -n key argument if any\n"
+     "At the same time this parameter will not be asked from console\n",
+     {extIni, 'p'},
      "If several -i or -I keys present in command line then only the last key is valid\n"},
     {'I', I_info, I_apply, Always,
      "-I[<file-name>]  = write MR parameters to ini-file and exit\n",
      "This key opens ini-file and put test parameters with default values\n"
      "If the parameter is already present in ini-file then MR doesn't overwrite it\n"
      "Ini-file section [Metrig] will contain common parameters for all tests\n"
-     "Ini-file section [<func-name>] will contain parameters for measurement of this function\n"
-     "If file-name is empty then default file path will be used:\n"
-     "    <default-dir>/<default-name>.ini\n"
-     "    <default-dir> : <exe-file-dir> or -p key argument if any\n"
-     "    <default-name>: <exe-file-name-without-extention> or -n key argument if any\n"
+     "Ini-file section [<func-name>] will contain parameters for measurement of this function\n",
+     {extIni, 'p'},
      "If several -i or -I keys present in command line then only the last key is valid\n"},
     {'P', P_info, P_apply, Always,
      "-P               = read tested function names from ini-file\n",
@@ -61,18 +59,14 @@ constinit const mrOptionRow mrOptionTable[MR_OPTION_COUNT] = {
      "Other functions will not be measured\n"},
     {'o', o_info, o_apply, Always,
      "-o[<file-name>]  = create txt-file and write console output\n",
-     "If file-name is empty then default file path will be used:\n"
-     "    <default-dir>/<default-name>.txt\n"
-     "    <default-dir> : <exe-file-dir> or -l key argument if any\n"
-     "    <default-name>: <exe-file-name-without-extention> or -n key argument if any\n"
+     "",
+     {extOut, 'l'},
      "If several -o keys present in command line then all these files will be created\n"
      "    and filled\n"},
     {'O', O_info, O_apply, Always,
      "-O[<file-name>]  = add console output to txt-file\n",
-     "If file-name is empty then default file path will be used:\n"
-     "    <default-dir>/<default-name>.txt\n"
-     "    <default-dir> : <exe-file-dir> or -l key argument if any\n"
-     "    <default-name>: <exe-file-name-without-extention> or -n key argument if any\n"
+     "",
+     {extOut, 'l'},
      "If several -O keys present in command line then all these files will be opened\n"
      "    and filled\n"},
     {'L', L_info, L_apply, Always,
@@ -92,29 +86,21 @@ constinit const mrOptionRow mrOptionTable[MR_OPTION_COUNT] = {
      "This key defines the number of external measurement loops for the whole list of functions\n"},
     {'r', r_info, r_apply, Always,
      "-r[<file-name>]  = create csv-file and write MR results\n",
-     "This key creates table file for performance results\n"
-     "If file-name is empty then default file path will be used:\n"
-     "    <default-dir>/<default-name>.csv\n"
-     "    <default-dir> : <exe-file-dir> or -l key argument if any\n"
-     "    <default-name>: <exe-file-name-without-extention> or -n key argument if any\n"
+     "This key creates table file for performance results\n",
+     {extCsv, 'l'},
      "If several -r keys present in command line then all these files will be created\n"
      "    and filled\n"},
     {'R', R_info, R_apply, Always,
      "-R[<file-name>]  = add MR results to csv-file\n",
-     "This key adds for performance results to table file\n"
-     "If file-name is empty then default file path will be used:\n"
-     "    <default-dir>/<default-name>.csv\n"
-     "    <default-dir> : <exe-file-dir> or -l key argument if any\n"
-     "    <default-name>: <exe-file-name-without-extention> or -n key argument if any\n"
+     "This key adds for performance results to table file\n",
+     {extCsv, 'l'},
      "If several -R keys present in command line then all these files will be opened\n"
      "    and filled\n"},
     {'q', q_info, q_apply, NameTables,
      "-q[<file-name>]  = create csv-file (*_name.csv is default) and write function parameter name lines\n"
      "-q+              = add function parameter name lines to MR results table file\n",
-     "If file-name is empty then default file path will be used:\n"
-     "    <default-dir>/<default-name>_name.csv\n"
-     "    <default-dir> : <exe-file-dir> or -l key argument if any\n"
-     "    <default-name>: <exe-file-name-without-extention> or -n key argument if any\n"
+     "",
+     {extName, 'l'},
      "If several -q[<file-name>] keys present in command line then all these files\n"
      "    will be created and filled\n"
      "-q+ key affects only if -r or -R keys are present in command line\n"},
@@ -123,26 +109,20 @@ constinit const mrOptionRow mrOptionTable[MR_OPTION_COUNT] = {
      "This key affects only if -q or -q+ keys are present in command line\n"},
     {'u', u_info, u_apply, Always,
      "-u[<file-name>]  = create csv-file and write summary table ('_sum' is added to default title name)\n",
-     "If file-name is empty then default file path will be used:\n"
-     "    <default-dir>/<default-name>_sum.csv\n"
-     "    <default-dir> : <exe-file-dir> or -l key argument if any\n"
-     "    <default-name>: <exe-file-name-without-extention> or -n key argument if any\n"
+     "",
+     {extSum, 'l'},
      "If several -u keys present in command line then all these files will be created\n"
      "    and filled\n"},
     {'U', U_info, U_apply, Always,
      "-U[<file-name>]  = add summary table to csv-file ('_sum' is added to default title name)\n",
-     "If file-name is empty then default file path will be used:\n"
-     "    <default-dir>/<default-name>_sum.csv\n"
-     "    <default-dir> : <exe-file-dir> or -l key argument if any\n"
-     "    <default-name>: <exe-file-name-without-extention> or -n key argument if any\n"
+     "",
+     {extSum, 'l'},
      "If several -U keys present in command line then all these files will be opened\n"
      "    and filled\n"},
     {'g', g_info, g_apply, Always,
      "-g[<file-name>]  = create signal file at the end of the whole testing\n",
-     "If file-name is empty then default file path will be used:\n"
-     "    <default-dir>/<default-name>.end\n"
-     "    <default-dir> : <exe-file-dir> or -l key argument if any\n"
-     "    <default-name>: <exe-file-name-without-extention> or -n key argument if any\n"
+     "",
+     {extSgl, 'l'},
      "If several -g keys present in command line then only the last key is valid\n"},
     {'n', n_info, n_apply, Always,
      "-n<title-name>   = default title name for ini-file and output files\n",
@@ -272,3 +252,19 @@ constinit const mrOptionRow mrOptionTable[MR_OPTION_COUNT] = {
      "If several -? keys present in command line then only the last key is valid\n"},
 };
 // clang-format on
+
+}  // namespace
+
+constinit const std::span<const mrOptionRow> mrOptionTable = rows;
+
+mrString mrOptionRow::descr() const {
+    mrString text = m_descr;
+    if (m_file.m_ext != nullptr) {
+        text << "If file-name is empty then default file path will be used:\n"
+                "    <default-dir>/<default-name>"
+             << m_file.m_ext << "\n    <default-dir> : <exe-file-dir> or -" << m_file.m_dirKey
+             << " key argument if any\n"
+                "    <default-name>: <exe-file-name-without-extention> or -n key argument if any\n";
+    }
+    return text << m_descrEnd;
+}

@@ -17,10 +17,6 @@ mrString outPathInfo(const char* text, mrString arg, const char* ext) {
 
 bool isGiven(char key) { return mrSession::pCmdList->isKey(key); }
 
-/// Bits of mrSession::m_nameMode.
-constexpr int NamesInTable = 1;
-constexpr int NamesInFile = 2;
-
 bool asksNamesInTable(const mrString& arg) { return arg == "+"; }
 
 mrString dirInfo(const char* text, mrString arg) {
@@ -84,10 +80,10 @@ mrString q_info(mrString arg) {
 
 void q_apply(mrString arg, mrSession* session) {
     if (asksNamesInTable(arg)) {
-        mrSession::m_nameMode |= NamesInTable;
+        mrSession::m_nameMode |= MR_NAMES_IN_TABLE;
         return;
     }
-    mrSession::m_nameMode |= NamesInFile;
+    mrSession::m_nameMode |= MR_NAMES_IN_FILE;
     addFile(g_qstrm, mrSession::genOutPath(arg, extName), false, session);
 }
 

@@ -26,7 +26,7 @@ int askBits(const mrString& arg) {
 }
 
 /// s_hintArg for a help key with this argument.
-char hintArg(const mrString& arg) { return arg.empty() ? '\1' : arg[0]; }
+char hintArg(const mrString& arg) { return arg.empty() ? MR_HINT_QUICK : arg[0]; }
 
 /// The words of -h and of -?; `full` is the letter that asks for the extended help.
 mrString helpInfo(const mrString& arg, char full, const char* which) {

@@ -47,23 +47,14 @@ bool asksHotOnly(const mrString& arg) { return arg[0] == 'O'; }
 
 bool asksNoSorting(const mrString& arg) { return arg[0] == '-'; }
 
-/// Of mrTest::m_hot.
-constexpr int HotColumn = 1;
-constexpr int HotOnly = 2;
-
-/// Of mrSession::listTests.
-constexpr int ListTests = 0;
-constexpr int ListAllFunctions = 1;
-constexpr int ListUntested = -1;
-
 int listMode(const mrString& arg) {
     switch (arg[0]) {
         case '+':
-            return ListAllFunctions;
+            return MR_LIST_FUNCTIONS;
         case '-':
-            return ListUntested;
+            return MR_LIST_UNTESTED;
         default:
-            return ListTests;
+            return MR_LIST_TESTS;
     }
 }
 
@@ -87,7 +78,9 @@ mrString k_info(mrString arg) {
                        : "keys composition: -f<conditions> AND -t<conditions> AND -m<conditions>";
 }
 
-void k_apply(mrString arg, mrSession* session) { session->logicCondition(asksOr(arg) ? 1 : 0); }
+void k_apply(mrString arg, mrSession* session) {
+    session->logicCondition(asksOr(arg) ? MR_LOGIC_OR : MR_LOGIC_AND);
+}
 
 mrString F_info(mrString arg) {
     return mrUnlessExit(MR_EXIT_LIST, mrPhrase("start testing from ", arg, " function"));
@@ -117,9 +110,9 @@ mrString e_info(mrString arg) {
         return mrSession::getExitInfo();
     }
     switch (listMode(arg)) {
-        case ListAllFunctions:
+        case MR_LIST_FUNCTIONS:
             return "enumerate applied and not applied library functions and exit";
-        case ListUntested:
+        case MR_LIST_UNTESTED:
             return "enumerate not applied library functions and exit";
         default:
             return "enumerate tested functions and exit";
@@ -133,4 +126,4 @@ mrString H_info(mrString arg) {
                                                        : "add 'Interest' column to table file");
 }
 
-void H_apply(mrString arg, mrSession*) { mrTest::m_hot = asksHotOnly(arg) ? HotOnly : HotColumn; }
+void H_apply(mrString arg, mrSession*) { mrTest::m_hot = asksHotOnly(arg) ? MR_HOT_ONLY : MR_HOT_COLUMN; }

@@ -2,9 +2,6 @@
 
 #include "session/mr.h"
 
-/// Levels of the exit keys, see mrSession::isExit.
-enum mrExitLevel : int { MR_EXIT_LIST = 1, MR_EXIT_HELP = 2, MR_EXIT_VERSION = 3 };
-
 /// The three pieces as one text.
 mrString mrPhrase(const char* before, mrString text, const char* after = "");
 /// `text`, unless an exit key of at least this level makes the key useless.

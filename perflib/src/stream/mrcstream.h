@@ -1,6 +1,7 @@
 #pragma once
 
 #include "stream/mrfilelist.h"
+#include "text/mrstates.h"
 
 /// The table stream: assembles a line in at most 32 columns and writes it, comma separated, to all its files.
 /// It holds back postponed lines, and keeps a record of one test's lines in order to find two with equal
@@ -58,7 +59,7 @@ extern mrCStream g_mstrm;  ///< kept for table kinds to come; nothing writes to 
 /// Lines with the names of a test's parameters, which -q asks for.
 class mrNameLines {
   public:
-    static int m_nameMode;   ///< bits: 1 name lines in the result table, 2 in a table of their own
+    static int m_nameMode;   ///< bits of mrNameMode
     static bool m_nameExit;  ///< -Q with -q: the run measures nothing
 };
 

@@ -73,7 +73,7 @@ struct JobRun : ScriptedTiming {
     ~JobRun() {
         g_tool = mrTool();
         mrTest::m_cache = false;
-        mrTest::m_hot = 0;
+        mrTest::m_hot = MR_HOT_NONE;
     }
 
     /// Runs at a console level; returns what is printed, without the boxes of title and result.

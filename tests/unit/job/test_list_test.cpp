@@ -80,12 +80,12 @@ TEST_F(TestList, RunsWhatIsSelected) {
     mrStringList hot;
     hot.append("Trim");
     mrStringList* const before = std::exchange(g_pHotList, &hot);
-    mrTest::m_hot = 1;
+    mrTest::m_hot = MR_HOT_COLUMN;
     EXPECT_EQ(ran(), "Hash aFind Trim Find ");
-    mrTest::m_hot = 2;
+    mrTest::m_hot = MR_HOT_ONLY;
     EXPECT_EQ(ran(), "Trim ");
     g_pHotList = before;
-    mrTest::m_hot = 0;
+    mrTest::m_hot = MR_HOT_NONE;
     select("-aFind");
     mrTestList::m_startFunc = "Find";
     EXPECT_EQ(ran(), "Find ") << "a test that is left out is no beginning";

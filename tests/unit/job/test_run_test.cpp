@@ -52,7 +52,7 @@ const struct {
      "bsictfitfFe", Both + "job,one,deprecated,100,e,0.1,-,-\n"},
     {"one hot line",
      [](JobRun& run) {
-         mrTest::m_hot = 2;
+         mrTest::m_hot = MR_HOT_ONLY;
          run.job.hot = [&run] { return run.size.value() == 2; };
      },
      Perf,

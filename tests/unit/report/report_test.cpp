@@ -88,14 +88,14 @@ TEST(Report, ListsFunctionsAndTests) {
           "zylRotateCenter", "zylResizeShift", "zylGetLibVersion", "zylsSetup", "zylDrawText_8u"}) {
         mrRegLibFunc(name);
     }
-    EXPECT_EQ(listing(1), rows);
+    EXPECT_EQ(listing(MR_LIST_FUNCTIONS), rows);
     for (const char* name : {"zylsFind_8u", "zylsGet_8u", "zylsSet_8u", "zylsinit_8u"}) {
         mrRegLibFunc(name);
     }
     EXPECT_EQ(
-        listing(1),
+        listing(MR_LIST_FUNCTIONS),
         "Exist\tFunction\t\n+\tzylsFind_8u\t\n-\tzylsGet_8u\t\n-\tzylsSet_8u\t\n-\tzylsinit_8u\t\n" + rows);
-    EXPECT_EQ(written<mrCStream>(mrReportList(tests, conditions, -1)),
+    EXPECT_EQ(written<mrCStream>(mrReportList(tests, conditions, MR_LIST_UNTESTED)),
               "Exist,Function\n-,zylsGet_8u\n-,zylsSet_8u\n-,zylsinit_8u\n"
               "   #,Function,Test,Source\n   1,zylsHash_8u32u,TimchHash,p_chhash_ia\n");
     delete std::exchange(g_pLibFuncList, before);

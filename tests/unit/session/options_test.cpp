@@ -67,15 +67,18 @@ TEST_F(Options, TakeEffect) {
         {"-dx=1 -dx=2 -d", [] { return str(g_istrm.dataList().begin()->m_value) == "2"; }},
         {"-J7", [] { return mrTool::m_numExtLoops == 7; }},
         {"-c0", [] { return mrTool::m_numMilliseconds == 0; }},
-        {"-q+ -q -r", [] { return mrSession::m_nameMode == 3; }},
-        {"-q -Q", [] { return mrSession::m_nameMode == 2 && !g_qstrm.empty() && mrSession::m_nameExit; }},
+        {"-q+ -q -r", [] { return mrSession::m_nameMode == (MR_NAMES_IN_TABLE | MR_NAMES_IN_FILE); }},
+        {"-q -Q",
+         [] {
+             return mrSession::m_nameMode == MR_NAMES_IN_FILE && !g_qstrm.empty() && mrSession::m_nameExit;
+         }},
         {"-Fab -Fcd", [] { return str(mrTestList::m_startFunc) == "cd"; }},
         {"-YLOW -Yx", [] { return mrTool::m_priority == MR_PRIORITY_LOW; }},
-        {"-H -HO", [] { return mrTest::m_hot == 2; }},
+        {"-H -HO", [] { return mrTest::m_hot == MR_HOT_ONLY; }},
         {"-Tx -TSSE2 -N3", [] { return s_cpuFeature == 7 && s_numThreads == 3; }},
         {"-S", [] { return g_tool.m_setAndUse; }},
         {"-W", [] { return is_W_flagUsed && ts87Base::Exception == 0x20 && tsSSXBase::Exception == 0x1000; }},
-        {"-?B -h", [] { return s_hintArg == 1 && s_hintHide; }},
+        {"-?B -h", [] { return s_hintArg == MR_HINT_QUICK && s_hintHide; }},
 
         {"-Inew -ilast", [] { return !g_istrm.iniWrite(); }},
 
