@@ -11,6 +11,7 @@ constexpr int LetterDistance = 16;
 
 zyVector pSrc;
 zyVector pDst;
+constexpr zyArgument vectors[] = {{pSrc, zyArgSrc}, {pDst, zyArgDst}};
 int len;
 
 // The in-place functions are measured as a pair with their inverse, which leaves the data as they were.
@@ -35,16 +36,9 @@ ZY_ENTRY int tcall_zylsLowercaseLatin_8u() {
     return zylsLowercaseLatin_8u(pSrc.data<Zyl8u>(), pDst.data<Zyl8u>(), len);
 }
 
-class TimsCaseLatin : public zyTest {
+class TimsCaseLatin : public zyVectorTest<vectors, g_vectorLength> {
   public:
-    using zyTest::zyTest;
-
-    bool canStart() override {
-        m_parms.append(&g_vectorLength);
-        pSrc.init(func, zyArgSrc);
-        pDst.init(func, zyArgDst);
-        return true;
-    }
+    using zyVectorTest::zyVectorTest;
 
     bool initData() override {
         len = g_vectorLength.value();
@@ -58,11 +52,6 @@ class TimsCaseLatin : public zyTest {
         return true;
     }
 
-    void flushData() override {
-        pSrc.deleteVector();
-        pDst.deleteVector();
-    }
-
     /// Halves the figure of a pair here and counts its elements twice in the divisor: the double correction
     /// has always been made, and tables stay comparable.
     mrResult runTiming() override {
@@ -74,7 +63,6 @@ class TimsCaseLatin : public zyTest {
     }
 
     double getDivisor() override { return func.inplace() ? 2.0 * len : len; }
-    mrString getUnit() override { return "e"; }
 };
 
 ZY_REG_X(TimsCaseLatin, zylsUppercaseLatin_8u_I)

@@ -10,6 +10,7 @@ constexpr const char* SourceFile = "perf/p_chcomp_ia";
 zyVector src;
 zyVector src2;
 zyVector dst;
+constexpr zyArgument vectors[] = {{src, zyArgSrc}, {src2, zyArgSrc2}, {dst, zyArgDst}};
 Zyl8u* pSrc;
 Zyl8u* pSrc2;
 int len;
@@ -21,17 +22,9 @@ ZY_ENTRY int tcall_zylsCompareIgnoreCaseLatin_8u() {
     return zylsCompareIgnoreCaseLatin_8u(pSrc, pSrc2, len, &iVal);
 }
 
-class TimchCompare : public zyTest {
+class TimchCompare : public zyVectorTest<vectors, g_vectorLength> {
   public:
-    using zyTest::zyTest;
-
-    bool canStart() override {
-        m_parms.append(&g_vectorLength);
-        src.init(func, zyArgSrc);
-        src2.init(func, zyArgSrc2);
-        dst.init(func, zyArgDst);
-        return true;
-    }
+    using zyVectorTest::zyVectorTest;
 
     bool initData() override {
         len = g_vectorLength.value();
@@ -45,15 +38,6 @@ class TimchCompare : public zyTest {
         pSrc2 = src2.data<Zyl8u>();
         return true;
     }
-
-    void flushData() override {
-        src.deleteVector();
-        src2.deleteVector();
-        dst.deleteVector();
-    }
-
-    double getDivisor() override { return g_vectorLength.value(); }
-    mrString getUnit() override { return "e"; }
 };
 
 ZY_REG(TimchCompare, zylsCompare_8u)

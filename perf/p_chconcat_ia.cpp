@@ -10,6 +10,7 @@ constexpr const char* SourceFile = "perf/p_chconcat_ia";
 zyVector src;
 zyVector src2;
 zyVector dst;
+constexpr zyArgument vectors[] = {{src, zyArgSrc}, {src2, zyArgSrc2}, {dst, zyArgDst}};
 Zyl8u* pSrc;
 Zyl8u* pSrc2;
 Zyl8u* pDst;
@@ -18,17 +19,9 @@ int dstLen;
 
 ZY_ENTRY int tcall_zylsConcat_8u() { return zylsConcat_8u(pSrc, srcLen, pSrc2, srcLen, pDst); }
 
-class TimsConcat : public zyTest {
+class TimsConcat : public zyVectorTest<vectors, g_vectorLength> {
   public:
-    using zyTest::zyTest;
-
-    bool canStart() override {
-        m_parms.append(&g_vectorLength);
-        src.init(func, zyArgSrc);
-        src2.init(func, zyArgSrc2);
-        dst.init(func, zyArgDst);
-        return true;
-    }
+    using zyVectorTest::zyVectorTest;
 
     bool initData() override {
         dstLen = g_vectorLength.value();
@@ -44,15 +37,6 @@ class TimsConcat : public zyTest {
         pDst = dst.data<Zyl8u>();
         return true;
     }
-
-    void flushData() override {
-        src.deleteVector();
-        src2.deleteVector();
-        dst.deleteVector();
-    }
-
-    double getDivisor() override { return g_vectorLength.value(); }
-    mrString getUnit() override { return "e"; }
 };
 
 ZY_REG(TimsConcat, zylsConcat_8u)

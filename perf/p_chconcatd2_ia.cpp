@@ -15,6 +15,7 @@ std::unique_ptr<zyVector[]> src;
 std::unique_ptr<Zyl8u*[]> pSrc;
 std::unique_ptr<int[]> srcLen;
 zyVector dst;
+constexpr zyArgument vectors[] = {{dst, zyArgSrc}};
 Zyl8u* pDst;
 int dstLen;
 int numSrc;  // in and out of the split, so what was allocated is counted on its own
@@ -31,17 +32,16 @@ ZY_ENTRY int tcall_zylsSplitC_8u_D2L() {
     return zylsSplitC_8u_D2L(pDst, dstLen, delim_8u, pSrc.get(), srcLen.get(), &numSrc);
 }
 
-class TimsConcatD2L : public zyTest {
+class TimsConcatD2L : public zyVectorTest<vectors, g_vectorLength> {
   public:
-    using zyTest::zyTest;
+    using zyVectorTest::zyVectorTest;
 
     bool canStart() override {
-        m_parms.append(&g_vectorLength);
+        zyVectorTest::canStart();
         m_parms.append(&numSrcArg);
         numSrcArg.reset();
         numSrcArg.setName("numSrc");
         numSrcArg.setSteps(2, 16, OprtnMul, 2);
-        dst.init(func, zyArgSrc);
         return true;
     }
 
@@ -69,7 +69,7 @@ class TimsConcatD2L : public zyTest {
     }
 
     void flushData() override {
-        dst.deleteVector();
+        zyVectorTest::flushData();
         for (int i = 0; i < allocated; ++i) {
             src[static_cast<std::size_t>(i)].deleteVector();
         }
@@ -77,9 +77,6 @@ class TimsConcatD2L : public zyTest {
         pSrc.reset();
         srcLen.reset();
     }
-
-    double getDivisor() override { return g_vectorLength.value(); }
-    mrString getUnit() override { return "e"; }
 
   private:
     /// Equal pieces, the last ones shorter where the total would exceed the length; with delimiters one place

@@ -22,6 +22,10 @@ zyVector srcUni;
 zyVector srcU8;
 zyVector dstU16;
 zyVector dstU8;
+constexpr zyArgument vectors[] = {{srcUni, zyArgSrc, "_32u"},
+                                  {srcU8, zyArgSrc, "_8u"},
+                                  {dstU16, zyArgSrc, "_16u"},
+                                  {dstU8, zyArgSrc, "_8u"}};
 int srcLen;
 int dstLen;
 int srcU8Len;
@@ -76,18 +80,13 @@ int encodeUTF8(Zyl32u point, Zyl8u* bytes) {
     return following + 1;
 }
 
-class TimsCvtUTF : public zyTest {
+class TimsCvtUTF : public zyVectorTest<vectors, g_vectorLength> {
   public:
-    using zyTest::zyTest;
+    using zyVectorTest::zyVectorTest;
 
     bool canStart() override {
-        m_parms.append(&g_vectorLength);
         m_from8 = func.found("zylsConvertUTF_8u16u");
-        srcUni.init(zyFunc("_32u"), zyArgSrc);
-        srcU8.init(zyFunc("_8u"), zyArgSrc);
-        dstU16.init(zyFunc("_16u"), zyArgSrc);
-        dstU8.init(zyFunc("_8u"), zyArgSrc);
-        return true;
+        return zyVectorTest::canStart();
     }
 
     bool initData() override {
@@ -120,16 +119,8 @@ class TimsCvtUTF : public zyTest {
         return true;
     }
 
-    void flushData() override {
-        srcUni.deleteVector();
-        srcU8.deleteVector();
-        dstU16.deleteVector();
-        dstU8.deleteVector();
-    }
-
     /// The bytes of UTF-8 in both directions, as the library reported them.
     double getDivisor() override { return static_cast<unsigned>(m_from8 ? srcLen : dstLen); }
-    mrString getUnit() override { return "e"; }
 
   private:
     bool m_from8 = false;

@@ -10,6 +10,7 @@ constexpr const char* SourceFile = "perf/p_chfind_ia";
 
 zyVector src;
 zyVector fnd;
+constexpr zyArgument vectors[] = {{src, zyArgSrc}, {fnd, zyArgSrc}};
 Zyl8u* pSrc;
 Zyl8u* pFind;
 int len;
@@ -27,15 +28,15 @@ ZY_ENTRY int tcall_zylsFindRevCAny_8u() { return zylsFindRevCAny_8u(pSrc, len, p
 ZY_ENTRY int tcall_zylsFind_Z_8u() { return zylsFind_Z_8u(pSrc, pFind, &idx); }
 ZY_ENTRY int tcall_zylsFindC_Z_8u() { return zylsFindC_Z_8u(pSrc, pFind[0], &idx); }
 
-class TimsFind : public zyTest {
+class TimsFind : public zyVectorTest<vectors, g_vectorLength> {
   public:
-    using zyTest::zyTest;
+    using zyVectorTest::zyVectorTest;
 
     bool canStart() override {
         m_hasC = func.found("C");
         m_hasRev = func.found("Rev");
         m_hasAny = func.found("Any");
-        m_parms.append(&g_vectorLength);
+        zyVectorTest::canStart();
         m_parms.append(&lenFindArg);
         if (!m_hasC && !m_hasAny) {
             m_parms.append(&hardSearch);
@@ -56,8 +57,6 @@ class TimsFind : public zyTest {
         hardSearch.setName("hardSearch");
         hardSearch.add(0);
         hardSearch.add(1);
-        src.init(func, zyArgSrc);
-        fnd.init(func, zyArgSrc);
         return true;
     }
 
@@ -80,14 +79,6 @@ class TimsFind : public zyTest {
         pFind = fnd.data<Zyl8u>();
         return true;
     }
-
-    void flushData() override {
-        src.deleteVector();
-        fnd.deleteVector();
-    }
-
-    double getDivisor() override { return len; }
-    mrString getUnit() override { return "e"; }
 
   private:
     static void fill(int from, int to, double value) {

@@ -8,6 +8,7 @@ namespace {
 constexpr const char* SourceFile = "perf/p_chhash_ia";
 
 zyVector pSrc;
+constexpr zyArgument vectors[] = {{pSrc, zyArgSrc}};
 mrStepIterator<int> len;
 Zyl32u val_32u;
 
@@ -30,26 +31,19 @@ ZY_ENTRY int tcall_zylsHashMSCS_16u32u() {
     return zylsHashMSCS_16u32u(pSrc.data<Zyl16u>(), length(), &val_32u);
 }
 
-class TimchHash : public zyTest {
+class TimchHash : public zyVectorTest<vectors, len> {
   public:
-    using zyTest::zyTest;
+    using zyVectorTest::zyVectorTest;
 
     bool canStart() override {
-        m_parms.append(&len);
+        zyVectorTest::canStart();
         len.reset();
         len.setName("length");
         len.setSteps(4, 32, OprtnMul, 2);
         return true;
     }
 
-    bool initData() override {
-        pSrc.init(func, zyArgSrc);
-        return pSrc.createVector(len.value(), -1);
-    }
-
-    void flushData() override { pSrc.deleteVector(); }
-    double getDivisor() override { return len.value(); }
-    mrString getUnit() override { return "e"; }
+    bool initData() override { return pSrc.createVector(len.value(), -1); }
 };
 
 ZY_REG(TimchHash, zylsHash_8u32u)

@@ -10,6 +10,7 @@ constexpr const char* SourceFile = "perf/p_chinsert_ia";
 zyVector src;
 zyVector insert;
 zyVector dst;
+constexpr zyArgument vectors[] = {{src, zyArgSrc}, {insert, zyArgSrc}, {dst, zyArgSrc}};
 Zyl8u* pSrc;
 Zyl8u* pInsert;
 Zyl8u* pDst;
@@ -30,17 +31,13 @@ ZY_ENTRY int tcall_zylsRemove_8u_I() { return zylsRemove_8u_I(pSrc, &srcDstLen, 
 ZY_ENTRY int tcall_zylsInsert_8u() { return zylsInsert_8u(pSrc, srcLen, pInsert, subLen, pDst, startIndex); }
 ZY_ENTRY int tcall_zylsRemove_8u() { return zylsRemove_8u(pSrc, srcLen, pDst, startIndex, subLen); }
 
-class TimchInsert : public zyTest {
+class TimchInsert : public zyVectorTest<vectors, g_vectorLength> {
   public:
-    using zyTest::zyTest;
+    using zyVectorTest::zyVectorTest;
 
     bool canStart() override {
         m_insert = func.found("Insert");
-        m_parms.append(&g_vectorLength);
-        src.init(func, zyArgSrc);
-        insert.init(func, zyArgSrc);
-        dst.init(func, zyArgSrc);
-        return true;
+        return zyVectorTest::canStart();
     }
 
     bool initData() override {
@@ -57,20 +54,11 @@ class TimchInsert : public zyTest {
         return true;
     }
 
-    void flushData() override {
-        src.deleteVector();
-        insert.deleteVector();
-        dst.deleteVector();
-    }
-
     void parmsToOstrm() override {
         zyTest::parmsToOstrm();
         g_ostrm << "  srcLen=" << mrText(srcLen) << "  startIndex=" << mrText(startIndex)
                 << (m_insert ? "  insertLen=" : "  removeLen=") << mrText(subLen);
     }
-
-    double getDivisor() override { return g_vectorLength.value(); }
-    mrString getUnit() override { return "e"; }
 
   private:
     /// Sets lengths and place; returns the length of the buffers. What no int holds can't be had as a buffer,

@@ -1,6 +1,7 @@
 // Searches by regular expressions: texts and patterns come from "reperf.txt" in the current directory, and
 // each pattern of each text is one step of the walk. The figure is clocks per search.
 
+#include "p_regexp.h"
 #include "zy.h"
 
 namespace {
@@ -27,8 +28,6 @@ bool inited = false;
 mrString pat;
 const Zyl8u* pSrc;
 int srcLen;
-const char* pPattern = "";
-const char* pOptions;
 void* pRegExpState = nullptr;
 ZylRegExpFind pFind[Capacity];
 int NumFind;
@@ -66,30 +65,9 @@ bool readTask(i_stream& file) {
     return true;
 }
 
-void freeState() {
-    mrFree(pRegExpState);
-    pRegExpState = nullptr;
-}
-
-/// A pattern that does not compile ends the walk here; the rows measured before stand.
-bool compilePattern() {
-    freeState();
-    int size = 0;
-    if (zylsRegExpGetSize(pPattern, &size) != 0) {
-        return false;
-    }
-    pRegExpState = mrMalloc(size, 0, 0, nullptr);
-    int errorOffset = 0;
-    if (pRegExpState == nullptr || zylsRegExpInit(pPattern, pOptions, pRegExpState, &errorOffset) != 0) {
-        freeState();
-        return false;
-    }
-    return true;
-}
-
-class TimchRegExpFind : public zyTest {
+class TimchRegExpFind : public zyPatternTest {
   public:
-    using zyTest::zyTest;
+    using zyPatternTest::zyPatternTest;
 
     /// Reads the file once per process. A file that is not there leaves the walk empty; one that does not
     /// keep to the format is read anew next time.
@@ -112,19 +90,18 @@ class TimchRegExpFind : public zyTest {
         if (!nextPattern()) {
             return false;
         }
-        pSrc = reinterpret_cast<const Zyl8u*>(myPair.source.c_str());
+        pSrc = bytes(myPair.source);
         srcLen = myPair.source.length();
         pat = myPair.patterns.value();
-        pPattern = pat.c_str();
-        pOptions = myPair.options.empty() ? nullptr : myPair.options.c_str();
-        if (!compilePattern()) {
+        const char* options = myPair.options.empty() ? nullptr : myPair.options.c_str();
+        if (!compilePattern(pat.c_str(), options, pRegExpState)) {
             return false;
         }
         NumFind = Capacity;
         return true;
     }
 
-    void flushData() override { freeState(); }
+    void flushData() override { freeState(pRegExpState); }
 
     void parmsToOstrm() override {
         g_ostrm << myPair.source.substr(0, ShownText) << " " << pat.substr(0, ShownText) << " ";
@@ -134,9 +111,6 @@ class TimchRegExpFind : public zyTest {
         g_cstrm << myPair.source.substr(0, ShownText);
         g_cstrm << pat.substr(0, ShownText);
     }
-
-    double getDivisor() override { return 1.0; }
-    mrString getUnit() override { return "pattern"; }
 
   private:
     /// The next pattern of the task, or the first of the next task.

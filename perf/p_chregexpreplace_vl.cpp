@@ -1,6 +1,7 @@
 // Replacement by regular expressions in six built-in cases; each is one step of the walk, and the figure is
 // clocks per call.
 
+#include "p_regexp.h"
 #include "zy.h"
 
 namespace {
@@ -69,31 +70,6 @@ ZY_ENTRY int tcall_zylsRegExpReplace_8u() {
                                 pRegExpState, pReplaceState);
 }
 
-const Zyl8u* bytes(const mrString& text) { return reinterpret_cast<const Zyl8u*>(text.c_str()); }
-
-void freeState(void*& state) {
-    mrFree(state);
-    state = nullptr;
-}
-
-bool compilePattern() {
-    freeState(pRegExpState);
-    const char* pPattern = myPair.pattern.c_str();
-    // A case without option hands over an empty text, never null.
-    const char* pOption = myPair.option.c_str();
-    int size = 0;
-    if (zylsRegExpGetSize(pPattern, &size) != 0) {
-        return false;
-    }
-    pRegExpState = mrMalloc(size, 0, 0, nullptr);
-    int errorOffset = 0;
-    if (pRegExpState == nullptr || zylsRegExpInit(pPattern, pOption, pRegExpState, &errorOffset) != 0) {
-        freeState(pRegExpState);
-        return false;
-    }
-    return true;
-}
-
 bool compileReplacement() {
     freeState(pReplaceState);
     const Zyl8u* pReplace = bytes(myPair.replace);
@@ -113,9 +89,9 @@ int leadingBlanks(const mrString& text) {
     return count;
 }
 
-class TimchRegExpReplace : public zyTest {
+class TimchRegExpReplace : public zyPatternTest {
   public:
-    using zyTest::zyTest;
+    using zyPatternTest::zyPatternTest;
 
     bool canStart() override {
         dst.init(zyFunc("_8u"), zyArgSrc);
@@ -136,7 +112,9 @@ class TimchRegExpReplace : public zyTest {
         }
         myPair = tasks.value();
         pSrc = bytes(myPair.source);
-        if (!compilePattern() || !compileReplacement()) {
+        // A case without option hands over an empty text, never null.
+        if (!compilePattern(myPair.pattern.c_str(), myPair.option.c_str(), pRegExpState) ||
+            !compileReplacement()) {
             return false;
         }
         cntOffset = leadingBlanks(myPair.source);
@@ -161,9 +139,6 @@ class TimchRegExpReplace : public zyTest {
     void parmsToCstrm() override {
         forEachShownText([](const mrString& text) { g_cstrm << text; });
     }
-
-    double getDivisor() override { return 1.0; }
-    mrString getUnit() override { return "pattern"; }
 
   private:
     template <class Show>

@@ -10,6 +10,7 @@ constexpr const char* SourceFile = "perf/p_chreplace_ia";
 
 zyVector src;
 zyVector dst;
+constexpr zyArgument vectors[] = {{src, zyArgSrc}, {dst, zyArgSrc}};
 Zyl8u* pSrc;
 Zyl8u* pDst;
 int len;
@@ -23,16 +24,9 @@ ZY_ENTRY int tinit_zylsReplaceC_8u() {
 
 ZY_ENTRY int tcall_zylsReplaceC_8u() { return zylsReplaceC_8u(pSrc, pDst, len, oldVal, newVal); }
 
-class TimsReplace : public zyTest {
+class TimsReplace : public zyVectorTest<vectors, g_vectorLength> {
   public:
-    using zyTest::zyTest;
-
-    bool canStart() override {
-        m_parms.append(&g_vectorLength);
-        src.init(func, zyArgSrc);
-        dst.init(func, zyArgSrc);
-        return true;
-    }
+    using zyVectorTest::zyVectorTest;
 
     bool initData() override {
         len = g_vectorLength.value();
@@ -47,14 +41,6 @@ class TimsReplace : public zyTest {
         pDst = dst.data<Zyl8u>();
         return true;
     }
-
-    void flushData() override {
-        src.deleteVector();
-        dst.deleteVector();
-    }
-
-    double getDivisor() override { return len; }
-    mrString getUnit() override { return "e"; }
 };
 
 ZY_REG_I(TimsReplace, zylsReplaceC_8u, tinit_zylsReplaceC_8u)

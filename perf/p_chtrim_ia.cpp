@@ -10,6 +10,7 @@ constexpr Zyl8u Trimmed = 3;
 
 zyVector src;
 zyVector dst;
+constexpr zyArgument vectors[] = {{src, zyArgSrc}, {dst, zyArgSrc}};
 Zyl8u* pSrc;
 Zyl8u* pDst;
 int srcLen;
@@ -23,16 +24,9 @@ ZY_ENTRY int tinit_dstLen() {
 ZY_ENTRY int tcall_zylsTrimC_8u_I() { return zylsTrimC_8u_I(pSrc, &dstLen, Trimmed); }
 ZY_ENTRY int tcall_zylsTrimC_8u() { return zylsTrimC_8u(pSrc, srcLen, Trimmed, pDst, &dstLen); }
 
-class TimsTrim : public zyTest {
+class TimsTrim : public zyVectorTest<vectors, g_vectorLength> {
   public:
-    using zyTest::zyTest;
-
-    bool canStart() override {
-        m_parms.append(&g_vectorLength);
-        src.init(func, zyArgSrc);
-        dst.init(func, zyArgSrc);
-        return true;
-    }
+    using zyVectorTest::zyVectorTest;
 
     bool initData() override {
         srcLen = g_vectorLength.value();
@@ -44,14 +38,6 @@ class TimsTrim : public zyTest {
         pDst = dst.data<Zyl8u>();
         return true;
     }
-
-    void flushData() override {
-        src.deleteVector();
-        dst.deleteVector();
-    }
-
-    double getDivisor() override { return srcLen; }
-    mrString getUnit() override { return "e"; }
 };
 
 ZY_REG_I(TimsTrim, zylsTrimC_8u_I, tinit_dstLen)

@@ -13,6 +13,7 @@ constexpr double NotInText = 6.0;
 zyVector src;
 zyVector dst;
 zyVector trim;
+constexpr zyArgument vectors[] = {{src, zyArgSrc}, {dst, zyArgSrc}, {trim, zyArgSrc}};
 Zyl8u* pSrc;
 Zyl8u* pDst;
 Zyl8u* pTrim;
@@ -34,19 +35,16 @@ ZY_ENTRY int tcall_zylsTrimStartCAny_8u() {
     return zylsTrimStartCAny_8u(pSrc, srcLen, pTrim, trimLen, pDst, &dstLen);
 }
 
-class TimsTrimAny : public zyTest {
+class TimsTrimAny : public zyVectorTest<vectors, g_vectorLength> {
   public:
-    using zyTest::zyTest;
+    using zyVectorTest::zyVectorTest;
 
     bool canStart() override {
-        m_parms.append(&g_vectorLength);
+        zyVectorTest::canStart();
         m_parms.append(&trimLenArg);
         trimLenArg.reset();
         trimLenArg.setName("trimLen");
         trimLenArg.setSteps(4, 256, OprtnMul, 4);
-        src.init(func, zyArgSrc);
-        dst.init(func, zyArgSrc);
-        trim.init(func, zyArgSrc);
         return true;
     }
 
@@ -64,15 +62,6 @@ class TimsTrimAny : public zyTest {
         pTrim = trim.data<Zyl8u>();
         return true;
     }
-
-    void flushData() override {
-        src.deleteVector();
-        dst.deleteVector();
-        trim.deleteVector();
-    }
-
-    double getDivisor() override { return srcLen; }
-    mrString getUnit() override { return "e"; }
 };
 
 ZY_REG_I(TimsTrimAny, zylsTrimCAny_8u, tinit_dstLen)

@@ -12,3 +12,4 @@
 #include "zysuite.h"
 #include "zytest.h"
 #include "zyvector.h"
+#include "zyvectortest.h"

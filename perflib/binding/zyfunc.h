@@ -34,9 +34,11 @@ class zyFunc : public mrString {
     static zyType stringToType(mrString text);
     /// "undef" for a value that is no type.
     static mrString typeToString(zyType type);
+    /// The library's own code, for suites of functions that take one.
     static int zylType(zyType type);
 
     /// The first, second or third type of the name. Index 0 asks the base name first.
+    /// This and typeFromBase are for suites whose names do not tell types by argument.
     zyType type(int index) const;
     /// A type that the base name contains; 0 if there is none.
     zyType typeFromBase() const;
@@ -51,7 +53,7 @@ class zyFunc : public mrString {
 
     // The channel layout, a word such as C3, P2 or AC4 in the descriptor. A second word is that of the
     // destination, else the first counts for both. Index 1 is the source, 2 the destination; any other has 1
-    // channel and no layout.
+    // channel and no layout. All of it is for suites of image functions; those of the program use none.
     void getChannelsName(mrString& src, mrString& dst) const;
     mrString channelsName(int index) const;
     mrString channelsName(zyArg arg) const { return channelsName(indexOf(arg)); }
@@ -82,7 +84,8 @@ class zyFunc : public mrString {
     /// The library's code of a layout, 0 for one that it does not know.
     int zylChannels(int index) const;
 
-    // Flags of the descriptor: in place, masked, scaled result, region of interest, channel of interest.
+    // Flags of the descriptor: in place, masked, scaled result, region of interest, channel of interest. All
+    // but the first are for suites of image and signal functions.
     bool inplace() const { return descrName().found("I"); }
     bool mask() const { return descrName().found("M"); }
     bool scale() const { return descrName().found("Sfs"); }

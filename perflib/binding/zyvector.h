@@ -36,10 +36,11 @@ class zyVector : public mrObject {
 
     /// Drops the data and takes a type, or the type and the channel layout of an argument of `func`.
     void init(zyType type);
+    /// By the index of a type in the name, for suites that go by it.
     void init(zyFunc func, int argument);
     void init(zyFunc func, zyArg argument);
 
-    /// Bytes of one element of the first type in a function's name.
+    /// Bytes of one element of the first type in a function's name, for suites that allocate themselves.
     static int item(zyFunc func) { return zyItemSize(func.type(1)); }
 
     int objectSize() const override { return size(); }
@@ -72,6 +73,7 @@ class zyVector : public mrObject {
     /// A sine of rising frequency: from 0 at the first element it reaches a quarter of the sampling rate at
     /// the last. At most as high as the type allows; around the middle of the range for unsigned types, else
     /// around 0.
+    /// For suites of signal and image functions.
     virtual void setJaehne();
     virtual void setJaehne(double magn);
     /// A ramp from `a` to `b` over the whole vector, or by `step`; past `b` it starts over (`wrap`) or stays
@@ -82,21 +84,25 @@ class zyVector : public mrObject {
     /// types, else over the whole range. Both limits are cut to the range of the type.
     virtual void setRandom();
     virtual void setRandom(double lo, double hi);
+    /// For suites whose data must not depend on what was filled before.
     virtual void setRandom(double lo, double hi, unsigned int seed);
 
     /// The elements in columns, without line ends.
     virtual mrString getString() const { return getDataString(m_data, m_len); }
     /// Bytes of all elements.
     virtual int size() const { return itemSize() * m_len; }
+    /// For suites that compare with the copy.
     virtual void* getReservedData() { return m_reserved.get(); }
     virtual void setVector(SetMode mode, double a, double b);
     /// One element alone: the extremes and the ramp's first value in the real part only, and one random
     /// number there too, over the whole range of the type if the two values are equal.
     virtual void setIndex(int index, SetMode mode, double a, double b);
+    // Elements, for suites that look at what a function has written.
     virtual double getIndex(int index) const { return getElement(getPointerAt(index)); }
     virtual void getIndex(int index, double& re, double& im) const {
         getElement(getPointerAt(index), re, im);
     }
+    /// For suites that know no type here.
     virtual const void* getDataConst() const { return m_data; }
     /// The elements as `T`; no virtual call, so that it may stand in a timed body.
     template <class T>
@@ -113,6 +119,7 @@ class zyVector : public mrObject {
 
     static double getMinValue(zyType type) { return zyInfoOf(type).m_min; }
     static double getMaxValue(zyType type) { return zyInfoOf(type).m_max; }
+    /// For suites that stay clear of 0.
     static double getMinAbsValue(zyType type) { return zyInfoOf(type).m_minAbs; }
     double minValue() const { return getMinValue(m_type & ~zyTypeComplex); }
     double maxValue() const { return getMaxValue(m_type & ~zyTypeComplex); }

@@ -21,6 +21,8 @@ class __mrZorvaCpuTest : public __mrInfoTest {
     void printInformation() override;
 };
 
+// The next two are for suites, which may register them; the program registers the processor's test alone.
+
 class __mrOSTest : public __mrInfoTest {
   public:
     using __mrInfoTest::__mrInfoTest;

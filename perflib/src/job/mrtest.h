@@ -29,6 +29,7 @@ class mrTest : public mrControlStatus {
     mrTest(FuncLoop loop, FuncStat stat, mrString name, mrString file, mrString info);
     mrTest(FuncCall call, FuncCall init, FuncLoop loop, FuncStat stat, mrString name, mrString file,
            mrString info);
+    /// For suites with a timing loop of their own.
     mrTest(FuncOld old, mrString name, mrString file, mrString info);
     mrTest(const mrTest&) = delete;
     mrTest& operator=(const mrTest&) = delete;
@@ -103,7 +104,7 @@ class mrTest : public mrControlStatus {
     /// The combination in the hands of a driver, job/mrtestturns.cpp. The result is that of the control
     /// status and the library.
     mrResult takeTurns();
-    /// For tests that compute their own figure.
+    /// For suites that compute their own figure; none of the program does.
     void setTimingResult(double clocks, mrString comment);
 
     // Data blocks.
@@ -115,6 +116,7 @@ class mrTest : public mrControlStatus {
     /// Save, or put back, the contents of all blocks that have an owner; the number of blocks for which that
     /// worked.
     static int reserveAllVectors();
+    // This one is for suites that put data back themselves; a measurement calls mrRestoreAllCopies.
     static int resetAllVectors();
     /// Appends a size parameter; with -C the cache iterator around it takes its place. `check` may change the
     /// size itself.

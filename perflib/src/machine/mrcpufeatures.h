@@ -8,7 +8,7 @@ class mrCpuFeatures {
     /// The mask of labels separated by commas, case-sensitive; unknown ones add nothing, so 0 means a wrong
     /// list.
     static unsigned long long cpuFeatures(mrString list);
-    /// The first row with exactly this mask: its description, or its label.
+    /// The first row with exactly this mask: its description, or its label. For suites that name a code path.
     static mrString cpuName(unsigned long long mask);
     static mrString cpuLabel(unsigned long long mask);
     /// One line per row, for the help of -T.

@@ -10,6 +10,7 @@ class CPUID {
 
     explicit CPUID(Zyl32u leaf, Zyl32u subleaf = 0);
 
+    /// The processor has the leaf. For suites; the program goes by the zeros of one that is not there.
     bool ok() const { return m_ok; }
     Zyl32u word(Register reg) const { return m_words[reg]; }
     int getBit(Register reg, int bit) const { return getBits(reg, bit, bit); }

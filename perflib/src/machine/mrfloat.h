@@ -10,10 +10,12 @@ class ts87Base {
     void clear();
     void set(unsigned value, unsigned mask);
     void setDefault();
+    // Masks for suites that measure with other exceptions than the program's.
     void enableExceptions();
     void disableExceptions();
     void disableInexactException();
 
+    /// The control word as text, for suites that print it.
     static mrString strCW(unsigned word);
     /// Texts of the flags set, or "Ok". A text with "?" marks a bad status; inexact results are normal and
     /// get "_".
@@ -35,10 +37,12 @@ class tsSSXBase {
     void destroy();
     void set(unsigned value, unsigned mask);
     void setDefault();
+    // Masks for suites that measure with other exceptions than the program's.
     void enableExceptions();
     void disableExceptions();
     void disableInexactException();
 
+    /// The control bits as text, for suites that print them.
     mrString strCW(unsigned word) const;
     mrString strExceptionState(unsigned word) const;
 
@@ -55,6 +59,7 @@ class tsSSXBase {
 class mr87 {
   public:
     mr87() : m_base(std::make_unique<ts87Base>()) {}
+    // Copies, for suites that watch a unit of their own.
     mr87(const mr87& other);
     mr87& operator=(const mr87& other);
 
@@ -84,6 +89,7 @@ class mrSSX {
   public:
     mrSSX() : m_base(std::make_unique<tsSSXBase>()) {}
     explicit mrSSX(std::unique_ptr<tsSSXBase> base) : m_base(std::move(base)) {}
+    // Copies, for suites that watch a unit of their own.
     mrSSX(const mrSSX& other);
     mrSSX& operator=(const mrSSX& other);
 

@@ -26,5 +26,5 @@ struct tamarinIdent {
     int osxsave;
 };
 
-/// Fills the record; returns 0.
+/// Fills the record; returns 0. For suites that depend on the processor; the program asks for single leaves.
 int zyl_get_tamarin_ident(tamarinIdent* ident);

@@ -36,6 +36,7 @@ class mrTool : public mrToolSettings, public mrToolFigures {
     void getAutoParameters(int& start, int& stop, long long& minClocks) const;
     /// Shifts the Auto method's start and stop loops left by -factor or right by factor; 0 takes the shift
     /// away.
+    /// For suites whose calls are much longer or shorter than a library function's.
     void setLoopFactor(int factor);
 
     /// For tests that work out the clock figure themselves.

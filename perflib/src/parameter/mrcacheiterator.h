@@ -20,7 +20,8 @@ using mrCacheCheck = bool (*)(mrParameter* size, int actual, int limit, bool app
 /// Measures each size twice, with its data inside the processor's largest cache and outside it. It stands in
 /// a test's parameter list for the size parameter that it wraps; after each data set-up the bytes really
 /// allocated are compared with the cache, and where they miss the range of the state the size is changed and
-/// the data are built again.
+/// the data are built again. For suites that call regCacheParm; none of the program does, so it
+/// answers -C with a message.
 class mrCacheIterator : public mrIterator<int> {
   public:
     enum State : int { InCache = 0, OutofCache = 1 };

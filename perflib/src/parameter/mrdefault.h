@@ -25,6 +25,7 @@ class mrDefault_NSC : public mrParameter {
         m_value = value;
     }
     /// From now on `value` is also shown, in lines of its own, under an old text.
+    /// For suites that rename a value and keep old tables comparable.
     void addDeprecated(T value, mrString text) {
         m_deprecatedValues.append(value);
         m_deprecatedTexts.append(text);
@@ -41,6 +42,7 @@ class mrDefault_NSC : public mrParameter {
 
     virtual T value() const { return m_value; }
     /// Changes the value of this moment; the walk goes on as if it had delivered it.
+    /// For suites whose sizes move (mrCacheIterator).
     void setValue(T value) { m_value = value; }
     virtual mrString valueToString(T) const { return ""; }
     /// Marks the text as failed if it can't be converted.

@@ -41,6 +41,7 @@ class mrMapIterator<int> : public mrEnumIterator_NCS<int> {
     int stringToValue(mrString& text) const override;
     void initValidation() override;
     void resetValidation() override;
+    /// Forgets values and names, for suites that set others.
     virtual void resetMap();
 
   private:

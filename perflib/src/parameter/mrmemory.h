@@ -15,6 +15,7 @@ extern int MR_ALIGN_MAX;  ///< the boundary in force, a power of two
 /// negative. `object` is the owner that the list names; null stands for nobody.
 void* mrMalloc(int size, int align, int shift, mrObject* object);
 /// The same with no owner; the pointer also goes to `out`.
+/// For suites with buffers that are no vectors.
 void* mrMalloc(void*& out, int size, int align, int shift);
 /// Gives a block back; pointers that are not on the list are left alone.
 void mrFree(void* block);
@@ -25,6 +26,7 @@ int mrRefusedBlocks();
 void mrCountRefusedBlock();
 
 /// Fills the arguments that are not null; false if `block` is not on the list.
+/// For suites that are handed a block.
 bool mrMallocInfo(void* block, int* size, mrObject** object);
 /// The walk over all blocks, oldest first; one walk at a time. Null at the end. A block that was delivered
 /// may be freed before the next one is asked for.
@@ -48,6 +50,7 @@ int mrRestoreAllCopies();
 /// Drops the list at the end of the process; the memory itself goes with the process.
 void mrFreeAll();
 
+/// For suites whose data need another boundary, a power of two.
 void mrSetAlignMax(int align);
 /// Bytes added to the shift from block to block.
 int mrGetVectorShift();

@@ -12,6 +12,7 @@ class mrIStream;
 class mrParameter {
   public:
     mrParameter() = default;
+    /// For parameter types of suites; the program's are named by setName.
     mrParameter(mrString name, mrString prompt);
     mrParameter(const mrParameter&) = default;
     mrParameter& operator=(const mrParameter&) = default;
@@ -39,6 +40,7 @@ class mrParameter {
     virtual bool nextValue();
 
     virtual bool isDeprecatedParm();
+    /// For suites that choose by it what to print; the program asks setDeprecatedFlag.
     virtual bool isDeprecatedValue();
     virtual bool setDeprecatedFlag(bool on);
 

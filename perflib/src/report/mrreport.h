@@ -30,6 +30,7 @@ class mrReportEnd : public mrList<mrString> {
 
 mrOStream& operator<<(mrOStream& stream, const mrReportEnd& report);
 mrUStream& operator<<(mrUStream& stream, const mrReportEnd& report);
+/// For a suite's session that closes the table with the counters.
 mrCStream& operator<<(mrCStream& stream, const mrReportEnd& report);
 
 /// The tests that the conditions select, behind the library's functions that the mode (mrListMode) asks for.
@@ -46,5 +47,6 @@ class mrReportList : public mrList<mrString> {
 };
 
 mrOStream& operator<<(mrOStream& stream, const mrReportList& report);
+/// For a suite's session that lists into the summary table.
 mrUStream& operator<<(mrUStream& stream, const mrReportList& report);
 mrCStream& operator<<(mrCStream& stream, const mrReportList& report);

@@ -24,6 +24,7 @@ class mrCommandList : public mrList<mrCommandKey> {
     /// Words between blanks, semicolons and line ends; double quotes keep a word together.
     void insertArgs(const char* text, iterator position);
     bool insertArg(mrString option, mrString next, iterator position);
+    // Append a key, for sessions of suites; the last of a kind counts.
     void setArg(char key, mrString arg);
     void setArg(mrString option, mrString next);
 

@@ -17,6 +17,7 @@ class mrCStream : public mrFileList {
     int nextColm() const { return m_nextColm; }
     /// Jumps, for instance to the first result column; columns never written print as "-".
     void setNextColmIndex(int index) { m_nextColm = index; }
+    /// Lines written, for suites that add lines of their own.
     int lineCount() const { return m_lineCount; }
 
     /// Ends the line: writes its first `n` columns (0: as many as were filled), records it, empties the

@@ -57,12 +57,15 @@ class mrIniFile {
     void updateFile();
 
     bool sectionExist(mrString section) const;
+    /// For suites that read ini files of their own.
     bool valueExist(mrString section, mrString key) const;
     mrString read(mrString section, mrString key, mrString defaultValue) const;
     /// Make sure that the section, or the key, is there. A comment is kept for a new key only.
     void write(mrString section);
+    /// For suites with keys that stand alone.
     void write(mrString section, mrString key);
     void write(mrString section, mrString key, mrString value, mrString comment);
+    // For suites that write ini files of their own; the program only adds to one.
     void eraseSection(mrString section);
     void deleteKey(mrString section, mrString key);
     /// Null if the section is not there.

@@ -10,6 +10,7 @@ extern mrStringList* g_pLibFuncList;  ///< function names, for -e+ and -e-
 /// False if the text is on the list already.
 bool mrRegLibInfo(mrString text);
 /// False for an empty name. Duplicates are kept.
+/// For suites, which know the names of their library; those of the program register none.
 bool mrRegLibFunc(mrString name);
 
 /// Prints "status = <n>: <text>" to g_ostrm, behind the word for its kind.

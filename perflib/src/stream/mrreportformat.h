@@ -32,6 +32,7 @@ class mrReportFormat {
     /// Cuts a piece of at most `limit` characters off the front of `text`, at a blank, which goes; a longer
     /// first word is cut off whole. False, with both left alone, if `text` fits; false, with all of it in
     /// `piece`, if it holds no blank.
+    /// For reports of suites with items longer than their column; the program's have none.
     static bool getPieceItem(mrString& text, mrString& piece, int limit);
     /// "hh:mm:ss", the hours without limit.
     static mrString getTimeStr(int seconds);

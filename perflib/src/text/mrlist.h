@@ -116,6 +116,7 @@ class mrList {
 
     /// Merges `other`, sorted by `less` like this list, into this one; `other` ends empty. Of equal elements
     /// those of this list stay first. A list merged into itself stays as it is.
+    /// For suites that keep lists sorted.
     void merge(mrList& other, bool (*less)(T&, T&)) {
         if (&other == this) {
             return;

@@ -88,6 +88,8 @@ class mrString {
     /// The length modifier of 64-bit integers in a format.
     static mrString prefixI64();
 
+    // Flags and enumerations as text, for suites with mode arguments; the program has none.
+
     /// Names of the flags set in `value` joined by "|", or its decimal text if there are none.
     static mrString flagString(int value, const int* flags, const mrString* names, int count);
     /// The flags of the words of `text`. A word may be any beginning of a name, in any case, with or without
@@ -120,13 +122,15 @@ mrString& operator<<(mrString& text, long long value);
 mrString& operator<<(mrString& text, unsigned long long value);
 /// Three significant digits.
 mrString& operator<<(mrString& text, double value);
+/// This and the next for parameters of such types in suites; the program has none.
 mrString& operator<<(mrString& text, float value);
 mrString& operator<<(mrString& text, bool value);
 /// Hexadecimal without "0x", sign extended to 64 bits; "NULL" for null.
 mrString& operator<<(mrString& text, void* value);
 
 /// Reading: fills the left operand from the text. Integers in "0x" form are hexadecimal. What can't be
-/// converted sets the text's failed mark; a blank text does not, and leaves the left operand as it was.
+/// converted sets the text's failed mark; a blank text does not, and leaves the left operand as it was. The
+/// program reads int alone; the others are for parameters of suites.
 int& operator<<(int& value, mrString& text);
 long long& operator<<(long long& value, mrString& text);
 unsigned long long& operator<<(unsigned long long& value, mrString& text);
@@ -159,7 +163,7 @@ mrString mrJoined(const List& items, const char* separator, TextOf textOf) {
 /// A text by a printf format.
 [[gnu::format(printf, 1, 2)]] mrString mrFormat(const char* format, ...);
 
-/// The whole texts of the library's mode arguments, for enumString and enumValue.
+/// The whole texts of the library's mode arguments, for enumString and enumValue in suites that have any.
 extern const mrString RndStr[4];
 extern const mrString HintStr[3];
 extern const mrString CmpStr[5];
