@@ -6,6 +6,7 @@
 #include "job/mrconditions.h"
 #include "job/mrregistry.h"
 #include "job/mrtestreport.h"
+#include "job/mrteststep.h"
 #include "machine/mrfloat.h"
 #include "machine/mrleftstate.h"
 #include "machine/mrpriority.h"
@@ -19,14 +20,9 @@
 
 namespace {
 
-/// The console level that a stretch of the run replaced.
-OutputLevel OldOutLevel = MSG_ERR;
-
 constexpr OutputLevel PerfLevel = MSG_ERR | MSG_WARN | MSG_PERF;
 constexpr OutputLevel WarnLevel = MSG_ERR | MSG_WARN;
 constexpr int ShiftWrap = 32768;
-
-void writeError(const mrString& text) { g_ostrm << MSG_ERR << text << MSG_END; }
 
 void reportLostBlocks() {
     int count = 0;
@@ -40,24 +36,6 @@ void reportLostBlocks() {
                 << " bytes\n"
                 << MSG_END;
     }
-}
-
-/// Puts right what a function under test left changed, and tells it once a test.
-void restoreLeftState() {
-    mrRestoreSignals();
-    const mrString names = mrLeftStateToTell();
-    if (!names.empty()) {
-        g_ostrm << MSG_WARN << "-- Left changed by the function, put right: " << names << "\n" << MSG_END;
-    }
-}
-
-/// Runs a step that is the suite's own: it calls the library, and may be given up.
-template <class Step>
-auto leavableStep(const char* name, Step step) {
-    return mrTraced(name, [&] {
-        const tsSignal::Leavable leavable;
-        return step();
-    });
 }
 
 }  // namespace
@@ -111,7 +89,7 @@ bool mrTest::tobeRun(mrConditions& conditions) {
 }
 
 int mrTest::run() {
-    OldOutLevel = g_ostrm.outLevel();
+    m_outLevel = g_ostrm.outLevel();
     const int messages = g_ostrm.msgDepth();
     const int steps = g_trace.size();
     bool selected = true;
@@ -149,15 +127,15 @@ bool mrTest::runSteps() {
         return false;
     }
     mrTraced("beginTest", [this] { beginTest(); });
-    OldOutLevel = g_ostrm.outLevel();
+    m_outLevel = g_ostrm.outLevel();
     m_date.start();
     putTestTitle();
     if (!leavableStep("canStart", [this] { return canStart(); })) {
-        writeError("-- Can't start timing\n");
+        writeTestError("-- Can't start timing\n");
         m_currentResult = MR_DATA_FAIL;
     } else if (m_cache && m_pCacheIter == nullptr) {
-        writeError(mrString("-- Can't run In-Outof-Cache timing: no program support for function ") + m_name +
-                   "\n");
+        writeTestError(mrString("-- Can't run In-Outof-Cache timing: no program support for function ") +
+                       m_name + "\n");
     } else {
         mrTraced("parmsFromIstrm", [this] { parmsFromIstrm(); });
         putTableName();
@@ -193,11 +171,20 @@ void mrTest::catchException(const mrException& exception) {
     mrStop::endCombination();
     mrResetPriority();
     mrRestoreAfterCall();
-    g_ostrm.setOutLevel(OldOutLevel);
+    g_ostrm.setOutLevel(m_outLevel);
     g_cstrm.tableFlush();
     restoreLeftState();
-    writeError(exception.msg() + " in " + g_trace.getCurName() + "\n");
+    writeTestError(exception.msg() + " in " + g_trace.getCurName() + "\n");
     reportLostBlocks();
+}
+
+/// Puts right what a function under test left changed, and tells it once a test.
+void mrTest::restoreLeftState() {
+    mrRestoreSignals();
+    const mrString names = mrLeftStateToTell();
+    if (!names.empty()) {
+        g_ostrm << MSG_WARN << "-- Left changed by the function, put right: " << names << "\n" << MSG_END;
+    }
 }
 
 void mrTest::finish() {
@@ -239,7 +226,7 @@ void mrTest::startAndStop() {
             endTest();
         });
     } catch (const mrException& exception) {
-        writeError(exception.msg() + " in startAndStop of " + m_name + " test\n");
+        writeTestError(exception.msg() + " in startAndStop of " + m_name + " test\n");
     }
     g_ostrm.setOutLevel(level);
 }
@@ -311,19 +298,19 @@ void mrTest::measureCombination(bool& constantsOpen) {
 
 mrResult mrTest::timeCombination() {
     printAllMemoryBlocks("before function calls");
-    OldOutLevel = g_ostrm.outLevel();
+    m_outLevel = g_ostrm.outLevel();
     initCtrlStatus();
-    if (OldOutLevel == WarnLevel) {
+    if (m_outLevel == WarnLevel) {
         // Only for the timing itself: the result line is written at the user's own level again.
         g_ostrm.setOutLevel(PerfLevel);
     }
     const mrResult timed = mrTraced("runTiming", [this] { return runTiming(); });
-    g_ostrm.setOutLevel(OldOutLevel);
+    g_ostrm.setOutLevel(m_outLevel);
     restoreLeftState();
     if (timed != MR_NOT_RUN) {
         printAllMemoryBlocks("after function calls");
     } else {
-        writeError("-- Internal test problem: runTiming() function returns undefined result\n");
+        writeTestError("-- Internal test problem: runTiming() function returns undefined result\n");
         raiseResult(MR_FAIL);
     }
     return std::max(timed, checkCtrlStatus());
@@ -331,11 +318,11 @@ mrResult mrTest::timeCombination() {
 
 void mrTest::reportEmptyWalk() {
     if (m_first) {
-        writeError("-- One of argument list for timing is empty\n");
+        writeTestError("-- One of argument list for timing is empty\n");
         raiseResult(MR_DATA_FAIL);
     }
     if (m_currentResult == MR_NOT_RUN) {
-        writeError("-- Fail while initialization of function data\n");
+        writeTestError("-- Fail while initialization of function data\n");
         raiseResult(MR_DATA_FAIL);
     }
 }

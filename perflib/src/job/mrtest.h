@@ -161,7 +161,8 @@ class mrTest : public mrControlStatus {
     bool runSteps();
     void putTestTitle();
     void measureAll();
-    static void catchException(const mrException& exception);
+    void catchException(const mrException& exception);
+    static void restoreLeftState();
     void finish();
     void measureCombination(bool& constantsOpen);
     mrResult timeCombination();
@@ -171,5 +172,6 @@ class mrTest : public mrControlStatus {
     void putResultLine(mrResult result);
     const char* measuredEntry() const;
 
-    bool m_withoutMemory = false;  ///< the walk has dropped a combination for want of memory
+    bool m_withoutMemory = false;      ///< the walk has dropped a combination for want of memory
+    OutputLevel m_outLevel = MSG_ERR;  ///< the console's, which an exception puts back
 };
