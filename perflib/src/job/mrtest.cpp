@@ -1,3 +1,5 @@
+// The life cycle of a test: chosen, run, caught when it crashes, reported.
+
 #include "job/mrtest.h"
 
 #include "job/mrconditions.h"
