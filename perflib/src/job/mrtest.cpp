@@ -1,12 +1,10 @@
+// The life cycle of a test: chosen, run, caught when it crashes, reported.
+
 #include "job/mrtest.h"
 
-#include <algorithm>
-#include <climits>
-
 #include "job/mrconditions.h"
-#include "job/mrregistry.h"
 #include "job/mrtestreport.h"
-#include "machine/mrfloat.h"
+#include "job/mrteststep.h"
 #include "machine/mrleftstate.h"
 #include "machine/mrpriority.h"
 #include "machine/mrsignal.h"
@@ -18,15 +16,6 @@
 #include "stream/mrtrace.h"
 
 namespace {
-
-/// The console level that a stretch of the run replaced.
-OutputLevel OldOutLevel = MSG_ERR;
-
-constexpr OutputLevel PerfLevel = MSG_ERR | MSG_WARN | MSG_PERF;
-constexpr OutputLevel WarnLevel = MSG_ERR | MSG_WARN;
-constexpr int ShiftWrap = 32768;
-
-void writeError(const mrString& text) { g_ostrm << MSG_ERR << text << MSG_END; }
 
 void reportLostBlocks() {
     int count = 0;
@@ -40,24 +29,6 @@ void reportLostBlocks() {
                 << " bytes\n"
                 << MSG_END;
     }
-}
-
-/// Puts right what a function under test left changed, and tells it once a test.
-void restoreLeftState() {
-    mrRestoreSignals();
-    const mrString names = mrLeftStateToTell();
-    if (!names.empty()) {
-        g_ostrm << MSG_WARN << "-- Left changed by the function, put right: " << names << "\n" << MSG_END;
-    }
-}
-
-/// Runs a step that is the suite's own: it calls the library, and may be given up.
-template <class Step>
-auto leavableStep(const char* name, Step step) {
-    return mrTraced(name, [&] {
-        const tsSignal::Leavable leavable;
-        return step();
-    });
 }
 
 }  // namespace
@@ -111,7 +82,7 @@ bool mrTest::tobeRun(mrConditions& conditions) {
 }
 
 int mrTest::run() {
-    OldOutLevel = g_ostrm.outLevel();
+    m_outLevel = g_ostrm.outLevel();
     const int messages = g_ostrm.msgDepth();
     const int steps = g_trace.size();
     bool selected = true;
@@ -149,15 +120,15 @@ bool mrTest::runSteps() {
         return false;
     }
     mrTraced("beginTest", [this] { beginTest(); });
-    OldOutLevel = g_ostrm.outLevel();
+    m_outLevel = g_ostrm.outLevel();
     m_date.start();
     putTestTitle();
     if (!leavableStep("canStart", [this] { return canStart(); })) {
-        writeError("-- Can't start timing\n");
+        writeTestError("-- Can't start timing\n");
         m_currentResult = MR_DATA_FAIL;
     } else if (m_cache && m_pCacheIter == nullptr) {
-        writeError(mrString("-- Can't run In-Outof-Cache timing: no program support for function ") + m_name +
-                   "\n");
+        writeTestError(mrString("-- Can't run In-Outof-Cache timing: no program support for function ") +
+                       m_name + "\n");
     } else {
         mrTraced("parmsFromIstrm", [this] { parmsFromIstrm(); });
         putTableName();
@@ -193,11 +164,20 @@ void mrTest::catchException(const mrException& exception) {
     mrStop::endCombination();
     mrResetPriority();
     mrRestoreAfterCall();
-    g_ostrm.setOutLevel(OldOutLevel);
+    g_ostrm.setOutLevel(m_outLevel);
     g_cstrm.tableFlush();
     restoreLeftState();
-    writeError(exception.msg() + " in " + g_trace.getCurName() + "\n");
+    writeTestError(exception.msg() + " in " + g_trace.getCurName() + "\n");
     reportLostBlocks();
+}
+
+/// Puts right what a function under test left changed, and tells it once a test.
+void mrTest::restoreLeftState() {
+    mrRestoreSignals();
+    const mrString names = mrLeftStateToTell();
+    if (!names.empty()) {
+        g_ostrm << MSG_WARN << "-- Left changed by the function, put right: " << names << "\n" << MSG_END;
+    }
 }
 
 void mrTest::finish() {
@@ -216,18 +196,6 @@ void mrTest::finish() {
     g_turns.endTest(m_name, mrResultWord(m_result));
 }
 
-bool mrTest::setIniSection(mrString name) {
-    mrIniFile* ini = g_istrm.iniFile();
-    if (m_pressing && ini != nullptr && !ini->sectionExist(name)) {
-        return false;
-    }
-    if (g_istrm.iniWrite()) {
-        ini->write(name);
-    }
-    g_istrm.setIniSection(name);
-    return true;
-}
-
 void mrTest::startAndStop() {
     const OutputLevel level = g_ostrm.outLevel();
     g_ostrm.setOutLevel(MSG_ERR);
@@ -239,200 +207,7 @@ void mrTest::startAndStop() {
             endTest();
         });
     } catch (const mrException& exception) {
-        writeError(exception.msg() + " in startAndStop of " + m_name + " test\n");
+        writeTestError(exception.msg() + " in startAndStop of " + m_name + " test\n");
     }
     g_ostrm.setOutLevel(level);
-}
-
-void mrTest::raiseResult(int result) { m_currentResult = std::max(m_currentResult, result); }
-
-int mrTest::countedResult(int result) {
-    return mrIsNote(result) && g_ostrm.outLevel() <= MSG_ERR ? MR_OK : result;
-}
-
-void mrTest::loopData() {
-    m_first = true;
-    m_withoutMemory = false;
-    const mrString trace = g_trace.text();
-    g_cstrm.identicalLinesStart(m_numParmsColm);
-    bool constantsOpen = true;
-    do {
-        g_trace.setText(trace);
-        m_vectorNum = 0;
-        if (!mrTraced("canContinue", [this] { return canContinue(); })) {
-            reportEmptyWalk();
-            break;
-        }
-        m_first = false;
-        mrStop::beginCombination();
-        measureCombination(constantsOpen);
-        leavableStep("flushData", [this] { flushData(); });
-        mrStop::endCombination();
-    } while (!mrIsFail(m_currentResult) && !mrStop::asked() && !g_turns.leavesTest());
-    if (m_withoutMemory) {
-        // Counts at every console level, as the line that told it shows at every level.
-        raiseResult(MR_DATA_NOTE);
-    }
-    closeTable();
-}
-
-/// Builds the data of one combination, times it and puts the result out. A combination without data is passed
-/// over.
-void mrTest::measureCombination(bool& constantsOpen) {
-    const int refused = mrRefusedBlocks();
-    if (!leavableStep("initData", [this] { return initData(); })) {
-        m_withoutMemory = m_withoutMemory || mrRefusedBlocks() != refused;
-        return;
-    }
-    if (constantsOpen) {
-        outputConst();
-        constantsOpen = false;
-    }
-    if (m_pCacheIter != nullptr && !m_pCacheIter->validateSize()) {
-        m_cacheRetry = true;
-        return;
-    }
-    putTextParms(MSG_PERF);
-    if (m_tool.m_setAndUse) {
-        mrTraced("reserveAllVectors", [] { reserveAllVectors(); });
-    }
-    if (m_hot == MR_HOT_ONLY && !isHotLine()) {
-        g_ostrm << "  measuring is omitted: not hot line\n";
-        return;
-    }
-    if (g_turns.driven()) {
-        raiseResult(countedResult(takeTurns()));
-        return;
-    }
-    const mrResult result = timeCombination();
-    raiseResult(countedResult(result));
-    outputResult(result);
-}
-
-mrResult mrTest::timeCombination() {
-    printAllMemoryBlocks("before function calls");
-    OldOutLevel = g_ostrm.outLevel();
-    initCtrlStatus();
-    if (OldOutLevel == WarnLevel) {
-        // Only for the timing itself: the result line is written at the user's own level again.
-        g_ostrm.setOutLevel(PerfLevel);
-    }
-    const mrResult timed = mrTraced("runTiming", [this] { return runTiming(); });
-    g_ostrm.setOutLevel(OldOutLevel);
-    restoreLeftState();
-    if (timed != MR_NOT_RUN) {
-        printAllMemoryBlocks("after function calls");
-    } else {
-        writeError("-- Internal test problem: runTiming() function returns undefined result\n");
-        raiseResult(MR_FAIL);
-    }
-    return std::max(timed, checkCtrlStatus());
-}
-
-void mrTest::reportEmptyWalk() {
-    if (m_first) {
-        writeError("-- One of argument list for timing is empty\n");
-        raiseResult(MR_DATA_FAIL);
-    }
-    if (m_currentResult == MR_NOT_RUN) {
-        writeError("-- Fail while initialization of function data\n");
-        raiseResult(MR_DATA_FAIL);
-    }
-}
-
-void mrTest::closeTable() {
-    g_cstrm.linePostponeOut(m_numParmsColm + m_numResultColm);
-    if (g_cstrm.identicalLinesStop()) {
-        g_ostrm << MSG_WARN << "-- Notice: duplicate lines in performance table (csv-file)\n" << MSG_END;
-        raiseResult(countedResult(MR_DATA_NOTE));
-    }
-}
-
-bool mrTest::canContinue() {
-    if (m_parms.empty()) {
-        return m_first;
-    }
-    if (m_pCacheIter != nullptr && m_cacheRetry) {
-        return retryCache();
-    }
-    if (m_first) {
-        return std::all_of(m_parms.begin(), m_parms.end(),
-                           [](mrParameter* parm) { return parm->firstValue(); });
-    }
-    for (auto wheel = m_parms.end(); wheel != m_parms.begin();) {
-        --wheel;
-        if ((*wheel)->nextValue()) {
-            return true;
-        }
-        (*wheel)->firstValue();
-    }
-    return false;
-}
-
-bool mrTest::retryCache() {
-    m_cacheRetry = false;
-    if (m_pCacheIter->repeatValue()) {
-        return true;
-    }
-    g_ostrm << MSG_ERR;
-    m_pCacheIter->outputInfo();
-    putTextParms();
-    g_ostrm << "-- Fail to allocate " << m_pCacheIter->getComment() << " data\n" << MSG_END;
-    raiseResult(MR_DATA_FAIL);
-    return false;
-}
-
-mrResult mrTest::runTiming() {
-    if (m_funcLoop == nullptr && m_funcStat == nullptr && m_funcCall == nullptr) {
-        return m_funcOld != nullptr ? m_tool.timing(m_funcOld) : MR_NOT_RUN;
-    }
-    return m_tool.timing(m_funcLoop, m_funcStat, m_funcCall, m_funcInit);
-}
-
-void mrTest::setTimingResult(double clocks, mrString comment) {
-    m_tool.setFuncTicks(clocks);
-    m_tool.m_comment = comment;
-}
-
-void* mrTest::allocate(int size, int align, mrObject* object) {
-    int offset = align;
-    if (align < 0) {
-        offset = mrGetAlignSrc() && m_vectorNum != 0 ? 0 : -(mrGetVectorAlign() * align);
-    }
-    void* block = mrMalloc(size, offset, m_vectorShift, object != nullptr ? object : MEM_OBJECT_IS_BUFFER);
-    if (block == nullptr) {
-        return nullptr;
-    }
-    ++m_vectorNum;
-    const long long next = static_cast<long long>(m_vectorShift) + mrGetVectorShift();
-    m_vectorShift = next >= ShiftWrap ? 0 : static_cast<int>(std::max<long long>(next, INT_MIN));
-    return block;
-}
-
-void mrTest::deallocate(void* block) { mrFree(block); }
-
-int mrTest::reserveAllVectors() { return mrReserveAllCopies(); }
-
-int mrTest::resetAllVectors() { return mrRestoreAllCopies(); }
-
-void mrTest::regCacheParm(mrIterator<int>& size, mrObject* object, mrCacheCheck check) {
-    if (m_cache && m_pCacheIter == nullptr) {
-        m_pCacheIter = std::make_unique<mrCacheIteratorInt>(size, object, check);
-        m_parms.append(m_pCacheIter.get());
-    } else {
-        m_parms.append(&size);
-    }
-}
-
-mrResult mrTest::checkCtrlStatus() {
-    bool bad87 = false;
-    bool badSSX = false;
-    const bool bad = badCtrlStatus(bad87, badSSX);
-    if (bad) {
-        m_bad87 = m_bad87 || bad87;
-        m_badSSX = m_badSSX || badSSX;
-        printCtrlStatus(bad87, badSSX);
-    }
-    clearCtrlStatus();
-    return bad ? MR_BAD_STATUS : MR_NOT_RUN;
 }

@@ -35,7 +35,7 @@ class mrTest : public mrControlStatus {
     mrTest& operator=(const mrTest&) = delete;
     virtual ~mrTest() = default;
 
-    // What a suite overrides.
+    // What a suite overrides. The bases of canContinue and runTiming belong to the walk.
 
     /// Appends the parameters, the last one turns fastest, and prepares the data's types; false if the test
     /// can't run.
@@ -54,7 +54,7 @@ class mrTest : public mrControlStatus {
     virtual void constToOstrm() {}
     virtual void endTest() {}
 
-    // The life cycle.
+    // The life cycle, mrtest.cpp.
 
     virtual bool tobeRun(mrConditions& conditions);
     /// Runs the whole test; the result is kept in m_result too. 0 without a trace if the ini file leaves the
@@ -63,11 +63,42 @@ class mrTest : public mrControlStatus {
     virtual int compareFunc(const mrTest* other) const { return m_name.compare(other->m_name); }
     virtual void beginTest() { initSettings(); }
     virtual void initSettings();
-    virtual void loopData();
     /// Registers the parameters without running anything.
     void startAndStop();
+
+    // The parameters and where their values come from, mrtestparms.cpp.
+
     /// Chooses the ini section that the parameters are read from; false if the test is to be left out.
     bool setIniSection(mrString name);
+    /// Appends a size parameter; with -C the cache iterator around it takes its place. `check` may change the
+    /// size itself.
+    void regCacheParm(mrIterator<int>& size, mrObject* object, mrCacheCheck check);
+    virtual void parmsFromIstrm();
+
+    // The walk over the combinations, mrtestwalk.cpp.
+
+    virtual void loopData();
+    /// For tests that compute their own figure.
+    void setTimingResult(double clocks, mrString comment);
+    /// What the calls of a combination left in the control status, as a result; the test keeps it for its
+    /// summary.
+    mrResult checkCtrlStatus();
+
+    // Data blocks, mrtestblocks.cpp.
+
+    /// A block on the list of mrmemory.h. A negative `align` asks for the session's misalignment. Consecutive
+    /// blocks get different shifts, which carry over from one combination and one test to the next.
+    static void* allocate(int size, int align, mrObject* object = nullptr);
+    static void deallocate(void* block);
+    /// Save, or put back, the contents of all blocks that have an owner; the number of blocks for which that
+    /// worked.
+    static int reserveAllVectors();
+    static int resetAllVectors();
+
+    // The combination in the hands of a driver, mrtestturns.cpp.
+
+    /// The result is that of the control status and the library.
+    mrResult takeTurns();
 
     // Figures and their output, mrtestoutput.cpp.
 
@@ -80,7 +111,6 @@ class mrTest : public mrControlStatus {
     virtual mrString regInfo();
     virtual bool isFloatFunction() { return getFlops() > 0.0; }
     virtual bool isHotLine();
-    virtual void parmsFromIstrm();
     virtual void parmsToOstrm();
     virtual void funcToCstrm();
     virtual void parmsToCstrm();
@@ -101,6 +131,7 @@ class mrTest : public mrControlStatus {
     virtual void outputRegInfo();
     /// Lists all data blocks; returns their number.
     virtual int printAllMemoryBlocks(mrString title);
+<<<<<<< HEAD
     /// The combination in the hands of a driver, job/mrtestturns.cpp. The result is that of the control
     /// status and the library.
     mrResult takeTurns();
@@ -125,6 +156,8 @@ class mrTest : public mrControlStatus {
     /// What the calls of a combination left in the control status, as a result; the test keeps it for its
     /// summary.
     mrResult checkCtrlStatus();
+=======
+>>>>>>> job
 
     bool m_deprecated = false;  ///< a deprecated pass of the result line is in progress
     mrDate m_date;
@@ -155,24 +188,33 @@ class mrTest : public mrControlStatus {
     static bool m_cache;         ///< in-cache and out-of-cache runs
 
   protected:
+    // mrtestwalk.cpp
+
     /// Raises m_currentResult to at least `result`.
     static void raiseResult(int result);
     /// The result as it counts at this console level: where only fails show, a note counts as success.
     static int countedResult(int result);
 
   private:
+    // mrtest.cpp
     bool runSteps();
     void putTestTitle();
     void measureAll();
-    static void catchException(const mrException& exception);
+    void catchException(const mrException& exception);
+    static void restoreLeftState();
     void finish();
+
+    // mrtestwalk.cpp
     void measureCombination(bool& constantsOpen);
     mrResult timeCombination();
     void reportEmptyWalk();
     static void closeTable();
     bool retryCache();
-    void putResultLine(mrResult result);
-    const char* measuredEntry() const;
 
-    bool m_withoutMemory = false;  ///< the walk has dropped a combination for want of memory
+    // mrtestoutput.cpp
+    const char* measuredEntry() const;
+    void putResultLine(mrResult result);
+
+    bool m_withoutMemory = false;      ///< the walk has dropped a combination for want of memory
+    OutputLevel m_outLevel = MSG_ERR;  ///< the console's, which an exception puts back
 };

@@ -4,7 +4,6 @@
 #include "job/mrregistry.h"
 #include "job/mrtest.h"
 #include "stream/mrcstream.h"
-#include "stream/mristream.h"
 #include "stream/mrtrace.h"
 
 namespace {
@@ -120,12 +119,6 @@ bool mrTest::isHotLine() {
         }
     }
     return false;
-}
-
-void mrTest::parmsFromIstrm() {
-    for (mrParameter* parm : m_parms) {
-        parm->fromIStream(g_istrm);
-    }
 }
 
 void mrTest::parmsToOstrm() {

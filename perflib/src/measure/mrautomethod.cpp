@@ -1,28 +1,58 @@
-// The Auto and Iterative methods: find by doubling how often an entry must run for its figure to be trusted,
-// and say how far it can be trusted. Accuracy is agreement of successive figures, not truth.
+// The Auto method finds by itself how often an entry must run for its figure to be trusted, and says how
+// far it can be trusted. The Iterative method is the same with a start, a stop and least clocks that the
+// user gives.
+//
+// 1. Prior measurement: at most two rough measurements, from the start count on, until the reading is long
+//    enough, which is when its raw clocks reach the least clocks. One that is too short scales start and
+//    stop so that the next should read twice the least clocks.
+// 2. Iteration: from four times that count on, the count doubles until two successive figures agree to the
+//    requested accuracy or the stop is passed. A test with a statistic entry makes one statistic
+//    measurement in place of all that; it finds its number of calls itself.
+// 3. Simple measurements: unless those two figures agree to 1%, the count is measured some times more. The
+//    least figure stands, and the spread is the accuracy. Too wide a spread leads back to the iteration,
+//    with four times the count, as long as the count is below the stop.
+//
+// The finish writes the count, and the accuracy if it is not the one requested. Only readings of no clocks,
+// and an entry that fails in the prior measurement, end the method without it. Where the control status is
+// watched, a bad one ends the iteration, and half the loops are measured instead.
+//
+// Accuracy is a fraction, and means that figures agree with each other, not that they are true. In the
+// iteration it is the difference of two successive figures over their mean; in simple measurements the
+// largest distance of a figure from their mean, over that mean; 0 for a statistic measurement, which is
+// taken as exact; 1 as long as nothing has been compared.
+//
+// The scale is odd. A figure is the clocks of one call, raw clocks over loops. In simple measurements only
+// the first figure, that of the iteration, is one; those that follow are the raw clocks of all loops. So
+// their spread hardly ever meets the accuracy requested: the method raises the count until the iteration
+// agrees to 1% or the stop ends it, and the least figure is the first one. A loop entry that gives its best
+// single call is divided by the loops all the same, so its figure falls as the count rises. Figures of all
+// builds were measured so.
 
 #include <climits>
 #include <cmath>
 #include <vector>
 
+#include "measure/mrautotexts.h"
 #include "measure/mrcontrolstatus.h"
 #include "measure/mrtool.h"
-#include "stream/mrostream.h"
 #include "stream/mrtrace.h"
 
 namespace {
 
-constexpr int AutoStartLoops = 1;
-constexpr int AutoStopLoops = 2048;
-constexpr long long AutoMinClocks = 10000;
-constexpr int PriorAttempts = 2;
-constexpr double EarlyStop = 0.01;
-constexpr int SimpleMeasurements = 3;
-constexpr int StatusMeasurements = 6;
-constexpr double StatusTolerance = 2.0;
-constexpr int FirstGrowth = 4;
-constexpr int ZeroRescue = 10;
-constexpr int ShortCallBlock = 100;
+constexpr int AutoStartLoops = 1;           // loops
+constexpr int AutoStopLoops = 2048;         // loops, before the prior measurement scales them
+constexpr long long AutoMinClocks = 10000;  // raw clocks of a reading
+constexpr int PriorAttempts = 2;            // measurements
+constexpr int ZeroRescue = 10;              // times the count, after a reading of no clocks
+constexpr int ReadingAim = 2;               // times the least clocks, after a reading that is too short
+constexpr int Growth = 4;                   // times the count, on the way into the iteration
+constexpr double EarlyStop = 0.01;          // accuracy, a fraction
+constexpr int SimpleMeasurements = 3;       // figures, that of the iteration among them
+constexpr int StatusMeasurements = 6;       // the same, after a bad control status
+constexpr double StatusTolerance = 2.0;     // times the requested accuracy
+constexpr int ShortCallBlock = 100;         // calls timed as one
+constexpr int ShortCall = 100;              // timer resolutions, up to half of which is a short call
+constexpr double LeastLengthUnit = 100.0;   // microseconds in one of m_numMilliseconds
 
 /// A count times a factor, held at the largest int.
 int scaled(int count, long long factor) {
@@ -42,17 +72,49 @@ long long powerOfTwoFor(long long ratio) {
     return power;
 }
 
-mrString resultLine(mrResult result) {
-    return mrString("        result     = ") + mrResultString(result) + "\n";
-}
+/// What simple measurements come to.
+struct Spread {
+    double best;      ///< the least figure
+    double accuracy;  ///< a fraction, 1 where the mean is no clocks
+};
 
-mrString accuracyLine(double accuracy) {
-    return mrString("        accuracy   = ") + mrTool::getAccuracyStr(accuracy) + "\n";
+Spread spreadOf(const std::vector<double>& figures) {
+    double sum = 0.0;
+    double best = figures.front();
+    for (const double figure : figures) {
+        sum += figure;
+        best = std::fmin(best, figure);
+    }
+    const double mean = sum / static_cast<double>(figures.size());
+    if (!(mean > 0.0)) {
+        return {best, 1.0};
+    }
+    double farthest = 0.0;
+    for (const double figure : figures) {
+        farthest = std::fmax(farthest, std::fabs(figure - mean) / mean);
+    }
+    return {best, farthest};
 }
-
-void writeLine(mrString text) { writeInfo(text); }
 
 }  // namespace
+
+/// The counts that are still to be tried. Both ends are scaled together.
+struct mrTool::LoopRange {
+    int next;  ///< loops of the next measurement
+    int stop;  ///< loops from which on the count is not raised
+
+    void scale(long long factor) {
+        next = scaled(next, factor);
+        stop = scaled(stop, factor);
+    }
+};
+
+/// What comes next.
+enum class mrTool::Phase {
+    Iteration,
+    Finish,  ///< the figures stand
+    GivenUp  ///< the result is a fail, and that is told
+};
 
 void mrTool::getAutoParameters(int& start, int& stop, long long& minClocks) const {
     start = AutoStartLoops;
@@ -74,98 +136,95 @@ void mrTool::bestTiming(int startLoops, int maxLoops, long long minClocks) {
     if (m_funcStat == nullptr && m_funcCall == nullptr) {
         m_callMode = false;
     }
-    mrString text = "    Auto method: start\n        minClocks  = ";
-    text << clockStr(minClocks) << "\n";
-    writeInfo(text);
-    int loops = startLoops;
-    int stop = maxLoops;
-    if (!priorMeasurement(loops, stop, minClocks)) {
-        return;
+    mrAutoTexts(*this).start(minClocks);
+    LoopRange range = {startLoops, maxLoops};
+    Phase phase = priorMeasurement(range, minClocks);
+    while (phase == Phase::Iteration) {
+        phase = iterateMeasurement(range);
     }
-    if (m_numLoops < stop && !iterateMeasurement(scaled(m_numLoops, FirstGrowth), stop)) {
-        return;
+    if (phase == Phase::Finish) {
+        finishTiming();
     }
-    finishTiming();
 }
 
-/// Rough measurements until the reading is long enough; false if the method ends here.
-bool mrTool::priorMeasurement(int& loops, int& stop, long long minClocks) {
-    for (int attempt = 1; attempt <= PriorAttempts; ++attempt) {
-        mrString text = "    Prior Measurement: \n        ";
-        text << countLabel() << "   = " << loops << "\n";
-        writeInfo(text);
-        const mrResult r = startIterations(loops, minClocks);
-        text << "        numClocks  = " << m_numClocks << "\n"
-             << "        funcClocks = " << m_funcClocks << "\n"
-             << resultLine(r);
-        writeInfo(text);
-        if (r == MR_ACCURACY_FAIL && attempt < PriorAttempts) {
-            loops = scaled(loops, ZeroRescue);
-            stop = scaled(stop, ZeroRescue);
-        } else if (r == MR_ACCURACY_FAIL) {
-            failTiming();
-            return false;
-        } else if (mrIsFail(r)) {
-            m_result = r;
-            writeLine("    Auto method: exit\n");
-            return false;
-        } else if (r == MR_BAD_ACCURACY && attempt < PriorAttempts) {
-            const long long factor = powerOfTwoFor(2 * minClocks / m_numClocks);
-            loops = scaled(loops, factor);
-            stop = scaled(stop, factor);
-        } else if (r != MR_BAD_ACCURACY) {
-            break;
-        }
-    }
-    return true;
-}
-
-/// Doubling, and simple measurements where the agreement is not good at once; false if the method ends here.
-bool mrTool::iterateMeasurement(int next, int stop) {
-    do {
-        mrString text = "    Iteration Measurement: \n        startLoops = ";
-        text << next << "\n"
-             << "        maxLoops   = " << stop << "\n";
-        writeInfo(text);
-        mrResult r = continueIterations(next, stop);
-        text << "        stopLoops  = " << m_numLoops << "\n"
-             << "        stopClocks = " << m_numClocks << "\n"
-             << accuracyLine(m_accuracy) << "        funcClocks = " << m_funcClocks << "\n"
-             << resultLine(r);
-        writeInfo(text);
-        if (r == MR_BAD_STATUS) {
-            avoidBadStatus();
-            return true;
-        }
-        if (r != MR_ACCURACY_FAIL) {
-            if (m_accuracy <= EarlyStop) {
-                return true;
-            }
-            writeLine("    Simple Measurements: \n");
-            r = repeatTiming(m_numLoops, SimpleMeasurements);
+/// Rough measurements until the reading is long enough. The second one is taken as it is, unless it fails.
+mrTool::Phase mrTool::priorMeasurement(LoopRange& range, long long minClocks) {
+    const mrAutoTexts texts(*this);
+    mrResult r = MR_BAD_ACCURACY;
+    for (int attempt = 1; r != MR_OK && attempt <= PriorAttempts; ++attempt) {
+        const bool last = attempt == PriorAttempts;
+        texts.priorMeasurement(range.next);
+        r = startIterations(range.next, minClocks);
+        texts.priorResult(r);
+        if (r == MR_ACCURACY_FAIL && last) {
+            return failTiming();
         }
         if (r == MR_ACCURACY_FAIL) {
-            // With one clock a tick no count is below the factor, so a reading of zero always ends the
-            // method. So does a call that fails at once: no multiple of 0 loops is a count.
-            if (m_numLoops == 0 || mrCpuTicker::getClockFactor() <= next) {
-                failTiming();
-                return false;
-            }
-            next = scaled(next, ZeroRescue);
-            stop = scaled(stop, ZeroRescue);
-        } else if (r == MR_BAD_ACCURACY) {
-            next = scaled(m_numLoops, FirstGrowth);
-        } else {
-            return true;
+            range.scale(ZeroRescue);
+        } else if (mrIsFail(r)) {
+            m_result = r;
+            texts.gaveUp();
+            return Phase::GivenUp;
+        } else if (r == MR_BAD_ACCURACY && !last) {
+            range.scale(powerOfTwoFor(ReadingAim * minClocks / m_numClocks));
         }
-    } while (m_numLoops < stop);
-    return true;
+    }
+    return growCount(range);
 }
 
-void mrTool::failTiming() {
+/// Doubling, and simple measurements where the agreement is not good at once.
+mrTool::Phase mrTool::iterateMeasurement(LoopRange& range) {
+    const mrAutoTexts texts(*this);
+    texts.iteration(range.next, range.stop);
+    mrResult r = continueIterations(range.next, range.stop);
+    texts.iterationResult(r);
+    if (r == MR_BAD_STATUS) {
+        avoidBadStatus();
+        return Phase::Finish;
+    }
+    if (r != MR_ACCURACY_FAIL) {
+        if (m_accuracy <= EarlyStop) {
+            return Phase::Finish;
+        }
+        texts.simpleMeasurements();
+        r = repeatTiming(m_numLoops, SimpleMeasurements);
+    }
+    switch (r) {
+        case MR_ACCURACY_FAIL:
+            return rescueZero(range);
+        case MR_BAD_ACCURACY:
+            return growCount(range);
+        default:
+            return Phase::Finish;
+    }
+}
+
+mrTool::Phase mrTool::growCount(LoopRange& range) const {
+    range.next = scaled(m_numLoops, Growth);
+    return belowStop(range);
+}
+
+/// After a reading of no clocks. With one clock a tick no count is below the factor, so it always ends the
+/// method. So does a call that fails at once: no multiple of 0 loops is a count.
+mrTool::Phase mrTool::rescueZero(LoopRange& range) {
+    if (m_numLoops == 0 || mrCpuTicker::getClockFactor() <= range.next) {
+        return failTiming();
+    }
+    range.scale(ZeroRescue);
+    return belowStop(range);
+}
+
+/// What was measured last decides, not what would come next: a doubling that starts too high is held at the
+/// stop.
+mrTool::Phase mrTool::belowStop(const LoopRange& range) const {
+    return m_numLoops < range.stop ? Phase::Iteration : Phase::Finish;
+}
+
+mrTool::Phase mrTool::failTiming() {
     m_result = MR_ACCURACY_FAIL;
-    writeLine("    Auto method: exit\n");
+    mrAutoTexts(*this).gaveUp();
     writeError();
+    return Phase::GivenUp;
 }
 
 void mrTool::finishTiming() {
@@ -178,7 +237,7 @@ void mrTool::finishTiming() {
             m_info << "actual accuracy = " << accuracy;
         }
     }
-    writeLine("    Auto method: stop\n");
+    mrAutoTexts(*this).finished();
 }
 
 bool mrTool::watchedBadStatus() const {
@@ -190,20 +249,16 @@ bool mrTool::watchedBadStatus() const {
 /// Measures again with half the loops, in the hope that the status stays clean; the last figures stand either
 /// way.
 void mrTool::avoidBadStatus() {
+    const mrAutoTexts texts(*this);
     mrControlStatus::printBadCtrlStatus();
-    g_ostrm << MSG_WARN << "-- Attempting to avoid bad control status\n" << MSG_END;
-    writeLine("    Reduce loops to avoid bad ctrl status.\n    Simple Measurements: \n");
+    texts.avoidingBadStatus();
     mrControlStatus::clearCtrlStatus();
-    const mrResult r = repeatTiming(m_numLoops, StatusMeasurements);
-    if (r != MR_BAD_STATUS && m_accuracy <= StatusTolerance * m_reqAccuracy) {
-        g_ostrm << MSG_WARN << "-- Attempt is successful\n" << MSG_END;
-        return;
+    const bool repeats = repeatTiming(m_numLoops, StatusMeasurements) == MR_BAD_STATUS;
+    if (!repeats && m_accuracy <= StatusTolerance * m_reqAccuracy) {
+        texts.badStatusAvoided();
+    } else {
+        texts.badStatusStays(repeats);
     }
-    writeLine("    Cannot avoid bad ctrl status\n");
-    g_ostrm << MSG_WARN << "-- Attempt fails: " << MSG_END;
-    g_ostrm << MSG_WARN
-            << (r == MR_BAD_STATUS ? "Bad control status repeats.\n" : "Accuracy is unsatisfactory.\n")
-            << MSG_END;
 }
 
 mrResult mrTool::startIterations(int loops, long long minClocks) {
@@ -255,12 +310,14 @@ mrResult mrTool::doubleLoops(int startLoops, int maxLoops) {
 /// One statistic measurement stands for the whole doubling, and its figure is taken as exact.
 mrResult mrTool::measureStatistic() {
     // -c counts tenths of a millisecond, whatever its help says: tables of all builds were measured so.
-    double least = m_numMilliseconds * 100.0 * mrCpuTicker::getFreq();
+    const double leastClocks = m_numMilliseconds * LeastLengthUnit * mrCpuTicker::getFreq();
     // m_funcClocks is the best single call over the prior loops, so calls far longer than the timer's
     // resolution are timed in blocks as well.
-    numIntLoops = 100 * tResolution / m_funcClocks >= 2.0 ? ShortCallBlock : 1;
+    numIntLoops = ShortCall * tResolution / m_funcClocks >= 2.0 ? ShortCallBlock : 1;
     m_numLoops = m_minNumLoops;
-    mrTraced("runTimFunc", [&] { runTimFunc(m_minNumLoops, &least, false); });
+    // The least clocks go in through the argument that the figure comes out of: the clocks of one call.
+    double clocks = leastClocks;
+    mrTraced("runTimFunc", [&] { runTimFunc(m_minNumLoops, &clocks, false); });
     if (m_funcClocks <= 0.0) {
         return MR_ACCURACY_FAIL;
     }
@@ -269,6 +326,8 @@ mrResult mrTool::measureStatistic() {
 }
 
 mrResult mrTool::repeatTiming(int numLoops, int numRepeat) {
+    const mrAutoTexts texts(*this);
+    // No clocks are the least clocks of a statistic entry that is measured again.
     std::vector<double> slots(static_cast<std::size_t>(numRepeat), 0.0);
     std::size_t first = 0;
     if (numLoops == m_numLoops) {
@@ -279,31 +338,16 @@ mrResult mrTool::repeatTiming(int numLoops, int numRepeat) {
     m_numLoops = numLoops;
     for (std::size_t i = first; i < slots.size(); ++i) {
         mrTraced("runTimFunc", [&] { runTimFunc(m_numLoops, &slots[i], false); });
-        mrString text = "        ";
-        text << countLabel() << "   = " << m_numLoops << "\n"
-             << "        numClocks  = " << m_numClocks << "\n"
-             << "        funcClocks = " << slots[i] << "\n";
-        writeInfo(text);
+        texts.simpleMeasurement(slots[i]);
     }
-    double sum = 0.0;
-    double best = slots.front();
-    for (const double slot : slots) {
-        sum += slot;
-        best = std::fmin(best, slot);
-    }
-    const double mean = sum / numRepeat;
-    m_accuracy = mean > 0.0 ? 0.0 : 1.0;
-    for (const double slot : slots) {
-        m_accuracy = mean > 0.0 ? std::fmax(m_accuracy, std::fabs(slot - mean) / mean) : m_accuracy;
-    }
-    m_funcClocks = best;
+    const Spread spread = spreadOf(slots);
+    m_accuracy = spread.accuracy;
+    m_funcClocks = spread.best;
     mrResult r = m_reqAccuracy < m_accuracy ? MR_BAD_ACCURACY : MR_OK;
     if (watchedBadStatus()) {
         r = MR_BAD_STATUS;
         mrControlStatus::printBadCtrlStatus();
     }
-    mrString text = accuracyLine(m_accuracy);
-    text << "        bestClocks = " << m_funcClocks << "\n" << resultLine(r);
-    writeInfo(text);
+    texts.simpleResult(r);
     return r;
 }

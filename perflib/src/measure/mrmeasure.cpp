@@ -66,7 +66,7 @@ mrResult mrTool::watchedCall(Entry entry) {
     return result;
 }
 
-void mrTool::runTimFunc(int n, double* out, bool prior) {
+void mrTool::runTimFunc(int n, double* clocks, bool prior) {
     // A reading of no clocks at all is repeated once.
     for (int attempt = 0; attempt < Attempts; ++attempt) {
         m_numClocks = 0;
@@ -74,14 +74,14 @@ void mrTool::runTimFunc(int n, double* out, bool prior) {
             m_result = MR_NOT_RUN;
             return;
         }
-        updateResult(measureOnce(n, *out, prior));
+        updateResult(measureOnce(n, *clocks, prior));
         if (mrIsFail(m_result) || m_numClocks > 0) {
             break;
         }
     }
     m_numLoops = n;
     m_funcClocks = static_cast<double>(m_numClocks);
-    *out = m_funcClocks;
+    *clocks = m_funcClocks;
 }
 
 mrResult mrTool::measureOnce(int& n, double least, bool prior) {

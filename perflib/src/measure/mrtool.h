@@ -60,20 +60,24 @@ class mrTool : public mrToolSettings, public mrToolFigures {
 
   private:
     // measure/mrautomethod.cpp
+    struct LoopRange;
+    enum class Phase;
     void autoLoopTiming();
     void bestTiming(int startLoops, int maxLoops, long long minClocks);
-    bool priorMeasurement(int& loops, int& stop, long long minClocks);
-    bool iterateMeasurement(int next, int stop);
-    void avoidBadStatus();
-    void failTiming();
+    Phase priorMeasurement(LoopRange& range, long long minClocks);
+    Phase iterateMeasurement(LoopRange& range);
+    Phase growCount(LoopRange& range) const;
+    Phase rescueZero(LoopRange& range);
+    Phase belowStop(const LoopRange& range) const;
+    Phase failTiming();
     void finishTiming();
+    void avoidBadStatus();
     mrResult startIterations(int loops, long long minClocks);
     mrResult continueIterations(int startLoops, int maxLoops);
     mrResult doubleLoops(int startLoops, int maxLoops);
     mrResult measureStatistic();
     mrResult repeatTiming(int numLoops, int numRepeat);
     bool watchedBadStatus() const;
-    const char* countLabel() const { return m_callMode ? "numCalls" : "numLoops"; }
 
     // measure/mrgivenmethods.cpp
     void statisticTiming();
@@ -81,7 +85,10 @@ class mrTool : public mrToolSettings, public mrToolFigures {
     void runTimFuncStat(long long clocks, int* numCalls, double* funcClocks);
 
     // measure/mrmeasure.cpp
-    void runTimFunc(int n, double* out, bool prior);
+    /// One measurement of `n` loops or calls; m_numLoops tells how many there were. `clocks` goes both ways:
+    /// in, the least clocks, which a statistic entry alone looks at; out, what the entry gave, undivided, as
+    /// in m_funcClocks. A rough measurement (`prior`) never takes the statistic entry.
+    void runTimFunc(int n, double* clocks, bool prior);
     mrResult measureOnce(int& n, double least, bool prior);
     mrResult callEntry(int& n, double least, bool prior);
     mrResult timCall_Loop(int n, long long* clocks, bool reset);
