@@ -15,14 +15,17 @@ constexpr Forms kLastText{plain::lastText, sse2::lastText, avx2::lastText};
 /// `ifEmpty`: where an empty text is found.
 int search(decltype(kFirstText) kernel, const Zyl8u* src, int len, const Zyl8u* find, int lenFind,
            int ifEmpty, int* index) {
-    if (src == nullptr || find == nullptr || index == nullptr)
+    if (src == nullptr || find == nullptr || index == nullptr) {
         return zylStsNullPtrErr;
-    if (len < 0 || lenFind < 0)
+    }
+    if (len < 0 || lenFind < 0) {
         return zylStsSizeErr;
-    if (lenFind == 0)
+    }
+    if (lenFind == 0) {
         *index = ifEmpty;
-    else
+    } else {
         *index = lenFind <= len ? kernel.forLength(len - lenFind + 1)(src, len, find, lenFind) : -1;
+    }
     return zylStsNoErr;
 }
 

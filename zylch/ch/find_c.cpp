@@ -13,10 +13,12 @@ constexpr Forms kFirstByte{plain::firstByte, sse2::firstByte, avx2::firstByte};
 constexpr Forms kLastByte{plain::lastByte, sse2::lastByte, avx2::lastByte};
 
 int find(decltype(kFirstByte) search, const Zyl8u* src, int len, Zyl8u value, int* index) {
-    if (src == nullptr || index == nullptr)
+    if (src == nullptr || index == nullptr) {
         return zylStsNullPtrErr;
-    if (len < 0)
+    }
+    if (len < 0) {
         return zylStsSizeErr;
+    }
     *index = search.forLength(len)(src, len, value);
     return zylStsNoErr;
 }

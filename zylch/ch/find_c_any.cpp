@@ -14,10 +14,12 @@ constexpr Forms kFirstOfSet{plain::firstOfSet, sse2::firstOfSet, avx2::firstOfSe
 constexpr Forms kLastOfSet{plain::lastOfSet, sse2::lastOfSet, avx2::lastOfSet};
 
 int find(decltype(kFirstOfSet) search, const Zyl8u* src, int len, const Zyl8u* set, int lenSet, int* index) {
-    if (src == nullptr || set == nullptr || index == nullptr)
+    if (src == nullptr || set == nullptr || index == nullptr) {
         return zylStsNullPtrErr;
-    if (len < 0 || lenSet < 0)
+    }
+    if (len < 0 || lenSet < 0) {
         return zylStsSizeErr;
+    }
     const ByteSet bytes(set, lenSet);
     *index = (bytes.isSmall() ? search.forLength(len) : search.ofPlainPath())(src, len, bytes);
     return zylStsNoErr;

@@ -23,8 +23,9 @@ struct Forms {
     /// For a walk over `len` bytes: the form of the path in force, or the next narrower one that they fill.
     Form forLength(int len) const {
         int path = zylCodePath;
-        while (len < kLeastLength[path])
+        while (len < kLeastLength[path]) {
             --path;
+        }
         return form[path];
     }
 };

@@ -53,10 +53,12 @@ void putRest(const Zyl8u* src, Rest rest, Zyl8u* dst, int* lenDst) {
 
 int trimAny(Rest (*trim)(const Zyl8u*, int, const ByteSet&), const Zyl8u* src, int len, const Zyl8u* set,
             int lenSet, Zyl8u* dst, int* lenDst) {
-    if (src == nullptr || set == nullptr || dst == nullptr || lenDst == nullptr)
+    if (src == nullptr || set == nullptr || dst == nullptr || lenDst == nullptr) {
         return zylStsNullPtrErr;
-    if (len < 0 || lenSet < 0)
+    }
+    if (len < 0 || lenSet < 0) {
         return zylStsSizeErr;
+    }
     putRest(src, trim(src, len, ByteSet(set, lenSet)), dst, lenDst);
     return zylStsNoErr;
 }
@@ -64,17 +66,20 @@ int trimAny(Rest (*trim)(const Zyl8u*, int, const ByteSet&), const Zyl8u* src, i
 }  // namespace
 
 int zylsTrimC_8u(const Zyl8u* src, int len, Zyl8u value, Zyl8u* dst, int* lenDst) {
-    if (src == nullptr || dst == nullptr || lenDst == nullptr)
+    if (src == nullptr || dst == nullptr || lenDst == nullptr) {
         return zylStsNullPtrErr;
-    if (len < 0)
+    }
+    if (len < 0) {
         return zylStsSizeErr;
+    }
     putRest(src, trimmed(src, len, value), dst, lenDst);
     return zylStsNoErr;
 }
 
 int zylsTrimC_8u_I(Zyl8u* data, int* len, Zyl8u value) {
-    if (len == nullptr)
+    if (len == nullptr) {
         return zylStsNullPtrErr;
+    }
     return zylsTrimC_8u(data, *len, value, data, len);
 }
 

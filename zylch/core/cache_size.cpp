@@ -25,8 +25,9 @@ Zyl64u largestOfLeaf4() {
         unsigned ebx = 0;
         unsigned ecx = 0;
         unsigned edx = 0;
-        if (__get_cpuid_count(kCacheLeaf, index, &eax, &ebx, &ecx, &edx) == 0 || field(eax, 0, 5) == 0)
+        if (__get_cpuid_count(kCacheLeaf, index, &eax, &ebx, &ecx, &edx) == 0 || field(eax, 0, 5) == 0) {
             break;
+        }
         const Zyl64u lineBytes = field(ebx, 0, 12) + 1;
         const Zyl64u partitions = field(ebx, 12, 10) + 1;
         const Zyl64u ways = field(ebx, 22, 10) + 1;
@@ -41,19 +42,22 @@ Zyl64u largestOfOlderLeaf() {
     unsigned ebx = 0;
     unsigned ecx = 0;
     unsigned edx = 0;
-    if (__get_cpuid(kOlderCacheLeaf, &eax, &ebx, &ecx, &edx) == 0)
+    if (__get_cpuid(kOlderCacheLeaf, &eax, &ebx, &ecx, &edx) == 0) {
         return 0;
+    }
     return std::max(Zyl64u{field(ecx, 16, 16)} << 10, Zyl64u{field(edx, 18, 14)} << 19);
 }
 
 }  // namespace
 
 int zylGetMaxCacheSizeB(int* size) {
-    if (size == nullptr)
+    if (size == nullptr) {
         return zylStsNullPtrErr;
+    }
     Zyl64u largest = largestOfLeaf4();
-    if (largest == 0)
+    if (largest == 0) {
         largest = largestOfOlderLeaf();
+    }
     *size = static_cast<int>(std::min(largest, Zyl64u{std::numeric_limits<int>::max()}));
     return largest != 0 ? zylStsNoErr : zylStsNotSupportedErr;
 }

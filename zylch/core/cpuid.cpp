@@ -78,13 +78,15 @@ struct FeatureWords {
 State savedState(const FeatureWords& words) {
     constexpr unsigned ymm = 0x6;
     constexpr unsigned zmm = 0xE6;
-    if (!words.hasXgetbv())
+    if (!words.hasXgetbv()) {
         return anyState;
+    }
     unsigned low = 0;
     unsigned high = 0;
     asm volatile("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
-    if ((low & zmm) == zmm)
+    if ((low & zmm) == zmm) {
         return zmmState;
+    }
     return (low & ymm) == ymm ? ymmState : anyState;
 }
 
@@ -93,15 +95,17 @@ Zyl64u featureMask() {
     const State saved = savedState(words);
     Zyl64u mask = 0;
     for (const Feature& feature : kFeatures) {
-        if (words.has(feature) && feature.state <= saved)
+        if (words.has(feature) && feature.state <= saved) {
             mask |= feature.mask;
+        }
     }
     return mask;
 }
 
 int gateway(Zyl64u* key, Zyl32u registers[4]) {
-    if (registers == nullptr)
+    if (registers == nullptr) {
         return zylStsNullPtrErr;
+    }
     const Zyl32u leaf = registers[0];
     const Zyl32u subLeaf = registers[2];
     __cpuid_count(leaf, subLeaf, registers[0], registers[1], registers[2], registers[3]);
@@ -112,10 +116,12 @@ int gateway(Zyl64u* key, Zyl32u registers[4]) {
 }  // namespace
 
 int zylGetCpuFeatures(Zyl64u* mask, Zyl32u registers[4]) {
-    if (mask == nullptr)
+    if (mask == nullptr) {
         return zylStsNullPtrErr;
-    if (std::memcmp(mask, kGatewayKey, sizeof *mask) == 0)
+    }
+    if (std::memcmp(mask, kGatewayKey, sizeof *mask) == 0) {
         return gateway(mask, registers);
+    }
     *mask = featureMask();
     return zylStsNoErr;
 }

@@ -19,8 +19,9 @@ Zyl64u processorFeatures() {
 }
 
 int pathFor(Zyl64u mask) {
-    if ((mask & kSse2) == 0)
+    if ((mask & kSse2) == 0) {
         return zylPathPlain;
+    }
     return (mask & kAvx2) != 0 ? zylPathAvx2 : zylPathSse2;
 }
 
@@ -37,8 +38,9 @@ int zylInit() {
 }
 
 int zylSetCpuFeatures(Zyl64u mask) {
-    if (mask == 0 || (mask & ~processorFeatures()) != 0)
+    if (mask == 0 || (mask & ~processorFeatures()) != 0) {
         return zylStsNotSupportedErr;
+    }
     putInForce(mask);
     return zylStsNoErr;
 }

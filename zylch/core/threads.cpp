@@ -7,14 +7,16 @@ constexpr int kThreads = 1;
 }  // namespace
 
 int zylSetNumThreads(int number) {
-    if (number < kThreads)
+    if (number < kThreads) {
         return zylStsSizeErr;
+    }
     return number == kThreads ? zylStsNoErr : zylStsThreadsNote;
 }
 
 int zylGetNumThreads(int* number) {
-    if (number == nullptr)
+    if (number == nullptr) {
         return zylStsNullPtrErr;
+    }
     *number = kThreads;
     return zylStsNoErr;
 }
