@@ -49,8 +49,9 @@ Bytes inCase(View text, bool upper) {
     Bytes result(text);
     for (Zyl8u& c : result) {
         const int small = c | 0x20;
-        if ((small >= 'a' && small <= 'z') || (small >= 0xE0 && small <= 0xFE && small != 0xF7))
+        if ((small >= 'a' && small <= 'z') || (small >= 0xE0 && small <= 0xFE && small != 0xF7)) {
             c = static_cast<Zyl8u>(upper ? small - 0x20 : small);
+        }
     }
     return result;
 }
@@ -62,26 +63,30 @@ Bytes someText(Random& random, int len) {
     const int kind = below(random, 3);
     Bytes text(static_cast<std::size_t>(len), 2);
     for (Zyl8u& byte : text) {
-        if (kind != 2)
+        if (kind != 2) {
             byte = static_cast<Zyl8u>(kind == 0 ? random() >> 8 : 1 + random() % 2);
+        }
     }
-    if (kind == 2 && len > 0)
+    if (kind == 2 && len > 0) {
         text[random() % text.size()] = 1;
+    }
     return text;
 }
 
 /// The same text, or one with another byte, or with all letters in upper case, or both.
 Bytes changed(Random& random, View text) {
     Bytes result = below(random, 2) == 0 ? uppered(text) : Bytes(text);
-    if (!text.empty() && below(random, 2) == 0)
+    if (!text.empty() && below(random, 2) == 0) {
         result[random() % text.size()] = static_cast<Zyl8u>(random() >> 8);
+    }
     return result;
 }
 
 /// A stretch of the text, sometimes with a wrong byte, or one byte more than the text.
 Bytes someFind(Random& random, View text) {
-    if (below(random, 16) == 0)
+    if (below(random, 16) == 0) {
         return Bytes(text) + Zyl8u{2};
+    }
     const std::size_t begin = random() % (text.size() + 1);
     const View stretch = text.substr(begin, random() % (text.size() - begin + 1));
     return below(random, 4) == 0 ? changed(random, stretch) : Bytes(stretch);
@@ -271,8 +276,9 @@ TEST_P(Paths, SearchesAndComparisons) {
             int result = -77;
             const int status = row.ask(trial, &result);
             const int expected = row.expected(trial);
-            if (status != zylStsNoErr || result != expected)
+            if (status != zylStsNoErr || result != expected) {
                 ADD_FAILURE() << inputOf(row.name, trial) << ": " << result << " and not " << expected;
+            }
         }
     });
 }
@@ -287,8 +293,9 @@ TEST_P(Paths, Writings) {
             m_dst.put(before, len % 2 != 0, trial.newValue % kAlignments);
             const int status = row.write(trial, m_dst.data(), &len);
             const View written(m_dst.data(), expected.size());
-            if (status != zylStsNoErr || len != length(expected) || written != expected || !m_dst.isAlone())
+            if (status != zylStsNoErr || len != length(expected) || written != expected || !m_dst.isAlone()) {
                 ADD_FAILURE() << inputOf(row.name, trial);
+            }
         }
     });
 }

@@ -194,15 +194,16 @@ std::string somePattern(std::minstd_rand& random, int depth) {
     std::string made;
     for (std::size_t left = random() % 4; left > 0; --left) {
         const std::size_t kind = random() % 9;
-        if (kind < 5 || depth == 0)
+        if (kind < 5 || depth == 0) {
             made += pick(random, {"a", "b", ".", "[ab]", "[^a]", "[a-c1]", "\\d", "\\w", "\\s", "\\W"}) +
                     pick(random, {"", "", "*", "+", "?", "{2}", "{1,2}", "{1,}", "*?", "+?", "??", "{0,2}?"});
-        else if (kind == 5)
+        } else if (kind == 5) {
             made += pick(random, {"^", "$", "\\b", "\\B"});
-        else if (kind == 6)
+        } else if (kind == 6) {
             made += pick(random, {"(?=", "(?!"}) + somePattern(random, 0) + ")";
-        else
+        } else {
             made += pick(random, {"(", "(?:"}) + somePattern(random, depth - 1) + ")";
+        }
     }
     return random() % 4 == 0 ? made + "|" + somePattern(random, depth) : made;
 }
@@ -210,13 +211,15 @@ std::string somePattern(std::minstd_rand& random, int depth) {
 std::string foundByReference(const std::string& pattern, const std::string& text) {
     const std::regex reference(pattern, std::regex::ECMAScript);
     std::smatch match;
-    if (!std::regex_search(text, match, reference))
+    if (!std::regex_search(text, match, reference)) {
         return "";
+    }
     std::string all;
-    for (std::size_t i = 0; i < match.size(); ++i)
+    for (std::size_t i = 0; i < match.size(); ++i) {
         all += match[i].matched
                    ? "(" + std::to_string(match.position(i)) + "," + std::to_string(match.length(i)) + ")"
                    : "-";
+    }
     return all;
 }
 
@@ -228,8 +231,9 @@ TEST(RegExp, AgreesWithTheStandardLibrary) {
         ASSERT_EQ(compiled.status, 0) << pattern;
         for (int k = 0; k < 4; ++k) {
             std::string text;
-            for (std::size_t left = random() % 12; left > 0; --left)
+            for (std::size_t left = random() % 12; left > 0; --left) {
                 text += pick(random, {"a", "b", "c", "1", " ", "\n", "_"});
+            }
             EXPECT_EQ(compiled.find(text), foundByReference(pattern, text))
                 << pattern << " in " << testing::PrintToString(text);
         }
@@ -304,8 +308,9 @@ TEST(RegExp, ReplacesUpToTheRoomAndTheList) {
         {13, 2, {zylStsNoErr, 9, 2, "<t>ex<t>,text"}},
         {9, 0, {zylStsNoErr, 9, 0, "text,text"}},
     };
-    for (const auto& row : rows)
+    for (const auto& row : rows) {
         EXPECT_EQ(replace(of, row.room, row.capacity), row.expected) << row.room;
+    }
 }
 
 }  // namespace
