@@ -9,8 +9,8 @@ namespace {
 
 using namespace zylch;
 
-constexpr Forms kFirstDifference{plain::firstDifference, sse2::firstDifference, avx2::firstDifference};
-constexpr Forms kFirstDifferenceInLowerCase{
+constexpr Forms FirstDifference{plain::firstDifference, sse2::firstDifference, avx2::firstDifference};
+constexpr Forms FirstDifferenceInLowerCase{
     plain::firstDifferenceInLowerCase, sse2::firstDifferenceInLowerCase, avx2::firstDifferenceInLowerCase};
 
 int checkTexts(const Zyl8u* a, const Zyl8u* b, int len, const int* result) {
@@ -29,7 +29,7 @@ int zylsCompare_8u(const Zyl8u* a, const Zyl8u* b, int len, int* result) {
     if (status != zylStsNoErr) {
         return status;
     }
-    const int place = kFirstDifference.forLength(len)(a, b, len);
+    const int place = FirstDifference.forLength(len)(a, b, len);
     *result = place < 0 ? 0 : a[place] - b[place];
     return zylStsNoErr;
 }
@@ -39,7 +39,7 @@ int zylsEqual_8u(const Zyl8u* a, const Zyl8u* b, int len, int* result) {
     if (status != zylStsNoErr) {
         return status;
     }
-    *result = kFirstDifference.forLength(len)(a, b, len) < 0 ? 1 : 0;
+    *result = FirstDifference.forLength(len)(a, b, len) < 0 ? 1 : 0;
     return zylStsNoErr;
 }
 
@@ -48,7 +48,7 @@ int zylsCompareIgnoreCaseLatin_8u(const Zyl8u* a, const Zyl8u* b, int len, int* 
     if (status != zylStsNoErr) {
         return status;
     }
-    const int place = kFirstDifferenceInLowerCase.forLength(len)(a, b, len);
+    const int place = FirstDifferenceInLowerCase.forLength(len)(a, b, len);
     *result = place < 0 ? 0 : lowerCase(a[place]) - lowerCase(b[place]);
     return zylStsNoErr;
 }

@@ -9,12 +9,12 @@ namespace {
 
 using namespace zylch;
 
-constexpr Forms kFirstText{plain::firstText, sse2::firstText, avx2::firstText};
-constexpr Forms kLastText{plain::lastText, sse2::lastText, avx2::lastText};
+constexpr Forms FirstText{plain::firstText, sse2::firstText, avx2::firstText};
+constexpr Forms LastText{plain::lastText, sse2::lastText, avx2::lastText};
 
 /// `ifEmpty`: where an empty text is found.
-int search(decltype(kFirstText) kernel, const Zyl8u* src, int len, const Zyl8u* find, int lenFind,
-           int ifEmpty, int* index) {
+int search(decltype(FirstText) kernel, const Zyl8u* src, int len, const Zyl8u* find, int lenFind, int ifEmpty,
+           int* index) {
     if (src == nullptr || find == nullptr || index == nullptr) {
         return zylStsNullPtrErr;
     }
@@ -32,9 +32,9 @@ int search(decltype(kFirstText) kernel, const Zyl8u* src, int len, const Zyl8u* 
 }  // namespace
 
 int zylsFind_8u(const Zyl8u* src, int len, const Zyl8u* find, int lenFind, int* index) {
-    return search(kFirstText, src, len, find, lenFind, 0, index);
+    return search(FirstText, src, len, find, lenFind, 0, index);
 }
 
 int zylsFindRev_8u(const Zyl8u* src, int len, const Zyl8u* find, int lenFind, int* index) {
-    return search(kLastText, src, len, find, lenFind, len, index);
+    return search(LastText, src, len, find, lenFind, len, index);
 }

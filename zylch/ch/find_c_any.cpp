@@ -10,10 +10,10 @@ namespace {
 
 using namespace zylch;
 
-constexpr Forms kFirstOfSet{plain::firstOfSet, sse2::firstOfSet, avx2::firstOfSet};
-constexpr Forms kLastOfSet{plain::lastOfSet, sse2::lastOfSet, avx2::lastOfSet};
+constexpr Forms FirstOfSet{plain::firstOfSet, sse2::firstOfSet, avx2::firstOfSet};
+constexpr Forms LastOfSet{plain::lastOfSet, sse2::lastOfSet, avx2::lastOfSet};
 
-int find(decltype(kFirstOfSet) search, const Zyl8u* src, int len, const Zyl8u* set, int lenSet, int* index) {
+int find(decltype(FirstOfSet) search, const Zyl8u* src, int len, const Zyl8u* set, int lenSet, int* index) {
     if (src == nullptr || set == nullptr || index == nullptr) {
         return zylStsNullPtrErr;
     }
@@ -28,9 +28,9 @@ int find(decltype(kFirstOfSet) search, const Zyl8u* src, int len, const Zyl8u* s
 }  // namespace
 
 int zylsFindCAny_8u(const Zyl8u* src, int len, const Zyl8u* set, int lenSet, int* index) {
-    return find(kFirstOfSet, src, len, set, lenSet, index);
+    return find(FirstOfSet, src, len, set, lenSet, index);
 }
 
 int zylsFindRevCAny_8u(const Zyl8u* src, int len, const Zyl8u* set, int lenSet, int* index) {
-    return find(kLastOfSet, src, len, set, lenSet, index);
+    return find(LastOfSet, src, len, set, lenSet, index);
 }

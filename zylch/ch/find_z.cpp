@@ -9,8 +9,7 @@
 
 namespace {
 
-constexpr zylch::Forms kFirstOrEnd{zylch::plain::firstOrEnd, zylch::sse2::firstOrEnd,
-                                   zylch::avx2::firstOrEnd};
+constexpr zylch::Forms FirstOrEnd{zylch::plain::firstOrEnd, zylch::sse2::firstOrEnd, zylch::avx2::firstOrEnd};
 
 }  // namespace
 
@@ -18,8 +17,8 @@ int zylsFind_Z_8u(const Zyl8u* src, const Zyl8u* find, int* index) {
     if (src == nullptr || find == nullptr || index == nullptr) {
         return zylStsNullPtrErr;
     }
-    const std::size_t len = kFirstOrEnd(src, 0);
-    const std::size_t lenFind = kFirstOrEnd(find, 0);
+    const std::size_t len = FirstOrEnd(src, 0);
+    const std::size_t lenFind = FirstOrEnd(find, 0);
     if (len > INT_MAX || lenFind > INT_MAX) {
         return zylStsSizeErr;
     }
@@ -30,7 +29,7 @@ int zylsFindC_Z_8u(const Zyl8u* src, Zyl8u value, int* index) {
     if (src == nullptr || index == nullptr) {
         return zylStsNullPtrErr;
     }
-    const std::size_t place = kFirstOrEnd(src, value);
+    const std::size_t place = FirstOrEnd(src, value);
     if (place > INT_MAX) {
         return zylStsSizeErr;
     }

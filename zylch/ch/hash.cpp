@@ -16,24 +16,24 @@ struct CrcTable {
 };
 
 constexpr CrcTable makeCrcTable() {
-    constexpr std::uint32_t kPolynomial = 0xEDB88320U;
+    constexpr std::uint32_t Polynomial = 0xEDB88320U;
     CrcTable table{};
     for (std::uint32_t byte = 0; byte < 256; ++byte) {
         std::uint32_t rest = byte;
         for (int bit = 0; bit < 8; ++bit) {
-            rest = (rest >> 1) ^ ((rest & 1U) != 0 ? kPolynomial : 0U);
+            rest = (rest >> 1) ^ ((rest & 1U) != 0 ? Polynomial : 0U);
         }
         table.entry[byte] = rest;
     }
     return table;
 }
 
-constexpr CrcTable kCrcTable = makeCrcTable();
+constexpr CrcTable Crc32Table = makeCrcTable();
 
 struct Crc32 {
     std::uint32_t state = 0xFFFFFFFFU;
 
-    void add(std::uint32_t byte) { state = (state >> 8) ^ kCrcTable.entry[(state ^ byte) & 0xFFU]; }
+    void add(std::uint32_t byte) { state = (state >> 8) ^ Crc32Table.entry[(state ^ byte) & 0xFFU]; }
     std::uint32_t result() const { return ~state; }
 };
 

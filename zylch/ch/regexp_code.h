@@ -44,7 +44,7 @@ class CodeWriter {
     void cut(std::uint32_t size) { m_size = size; }
 
     std::uint32_t operand(std::uint32_t at, std::uint32_t index) const {
-        return m_code != nullptr ? m_code[at + index] : kNone;
+        return m_code != nullptr ? m_code[at + index] : None;
     }
     void setOperand(std::uint32_t at, std::uint32_t index, std::uint32_t value) {
         if (m_code != nullptr) {

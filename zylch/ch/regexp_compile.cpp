@@ -82,13 +82,13 @@ Term Compiler::fault(std::uint32_t at) {
 }
 
 void Compiler::needStack(std::uint64_t entries) {
-    m_stack = static_cast<std::uint32_t>(std::min<std::uint64_t>(m_stack + entries, kMaxStack));
+    m_stack = static_cast<std::uint32_t>(std::min<std::uint64_t>(m_stack + entries, MaxStack));
 }
 
 // a|b|c becomes: split, a, jump to the end; split, b, jump to the end; c. The end is not known yet when a
 // jump is written, so each holds the place of the jump before it until then.
 bool Compiler::disjunction(int depth) {
-    std::uint32_t lastJump = kNone;
+    std::uint32_t lastJump = None;
     for (;;) {
         const std::uint32_t start = m_code.size();
         if (!alternative(depth)) {
@@ -104,7 +104,7 @@ bool Compiler::disjunction(int depth) {
         m_code.leadHere(start, 1);
         lastJump = jump;
     }
-    while (lastJump != kNone) {
+    while (lastJump != None) {
         const std::uint32_t before = m_code.operand(lastJump, 1);
         m_code.leadHere(lastJump, 1);
         lastJump = before;
@@ -217,7 +217,7 @@ Term Compiler::backReference(std::uint32_t number) {
 
 Term Compiler::group(int depth) {
     const std::uint32_t from = m_in.at();
-    if (depth == kMaxDepth) {
+    if (depth == MaxDepth) {
         return fault(from);
     }
     if (m_in.peek(1) != '?') {
@@ -313,19 +313,19 @@ std::uint32_t findFirstByte(const std::uint32_t* code) {
     }
     const Op op = static_cast<Op>(code[at]);
     if (op == Op::repeat || op == Op::repeatLazy) {
-        return code[at + 1] > 0 ? at + 3 : kNone;
+        return code[at + 1] > 0 ? at + 3 : None;
     }
-    return op == Op::byte || op == Op::either || op == Op::set || op == Op::noBreak ? at : kNone;
+    return op == Op::byte || op == Op::either || op == Op::set || op == Op::noBreak ? at : None;
 }
 
 }  // namespace
 
 int compile(const char* pattern, std::uint32_t options, Head& head, std::uint32_t* code) {
-    if (std::strlen(pattern) > kMaxPattern) {
-        return static_cast<int>(kMaxPattern);
+    if (std::strlen(pattern) > MaxPattern) {
+        return static_cast<int>(MaxPattern);
     }
     head.options = options;
-    head.firstByte = kNone;
+    head.firstByte = None;
     const int fault = Compiler(pattern, options, code).run(head);
     if (fault < 0 && code != nullptr) {
         head.firstByte = findFirstByte(code);

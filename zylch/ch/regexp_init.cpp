@@ -57,9 +57,9 @@ int fillState(const char* pattern, std::uint32_t options, const State& state, in
     }
     state.head() = head;
     compile(pattern, options, state.head(), state.code());
-    std::fill_n(state.captures(), head.groups, Capture{kNone, kNone});
+    std::fill_n(state.captures(), head.groups, Capture{None, None});
     std::fill_n(state.loops(), head.loops, Loop{0, 0});
-    state.head().magic = kStateMagic;
+    state.head().magic = StateMagic;
     return zylStsNoErr;
 }
 

@@ -11,16 +11,16 @@ namespace zylch::regexp {
 namespace {
 
 #ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION
-constexpr std::uint64_t kStepsAtLeast = 1ULL << 14;  // or slow patterns would take all the time there is
+constexpr std::uint64_t StepsAtLeast = 1ULL << 14;  // or slow patterns would take all the time there is
 #else
-constexpr std::uint64_t kStepsAtLeast = 1ULL << 26;
+constexpr std::uint64_t StepsAtLeast = 1ULL << 26;
 #endif
-constexpr std::uint64_t kStepsPerByte = 1024;
-constexpr std::uint32_t kBytesPerStep = 16;
+constexpr std::uint64_t StepsPerByte = 1024;
+constexpr std::uint32_t BytesPerStep = 16;
 
 /// Words of the repetition in front of its one-byte instruction.
-constexpr std::uint32_t kRepeatWords = 3;
-constexpr std::uint32_t kLoopNextWords = 8;
+constexpr std::uint32_t RepeatWords = 3;
+constexpr std::uint32_t LoopNextWords = 8;
 
 std::uint32_t wordsOfOneByte(const std::uint32_t* ins) {
     switch (static_cast<Op>(ins[0])) {
@@ -29,7 +29,7 @@ std::uint32_t wordsOfOneByte(const std::uint32_t* ins) {
         case Op::either:
             return 3;
         case Op::set:
-            return 1 + kSetWords;
+            return 1 + SetWords;
         default:
             return 1;
     }
@@ -59,13 +59,13 @@ Matcher::Matcher(const State& state, const Zyl8u* src, int len)
       m_stackEntries(state.head().stackEntries),
       m_src(src),
       m_len(static_cast<std::uint32_t>(len)),
-      m_steps(kStepsAtLeast + kStepsPerByte * m_len) {}
+      m_steps(StepsAtLeast + StepsPerByte * m_len) {}
 
 Matcher::~Matcher() { std::free(m_heapStack); }
 
 Outcome Matcher::search(std::uint32_t from) {
     // A failed attempt puts back every group it has set, so once is enough.
-    std::fill_n(m_captures, m_groups, Capture{kNone, kNone});
+    std::fill_n(m_captures, m_groups, Capture{None, None});
     charge(m_groups);
     for (std::uint32_t start = firstCandidate(from); start <= m_len; start = firstCandidate(start + 1)) {
         const Outcome outcome = matchAt(start);
@@ -78,7 +78,7 @@ Outcome Matcher::search(std::uint32_t from) {
 
 // Goes over places where no match can begin.
 std::uint32_t Matcher::firstCandidate(std::uint32_t from) const {
-    if (m_firstByte != kNone) {
+    if (m_firstByte != None) {
         while (from < m_len && !matches(m_code + m_firstByte, m_src[from])) {
             ++from;
         }
@@ -111,7 +111,7 @@ std::uint32_t Matcher::next() const {
 
 ZylRegExpFind Matcher::record(std::uint32_t group) const {
     const Capture& bounds = m_captures[group];
-    if (bounds.end == kNone) {
+    if (bounds.end == None) {
         return {nullptr, 0};
     }
     return {m_src + bounds.start, static_cast<int>(bounds.end - bounds.start)};
@@ -213,7 +213,7 @@ bool Matcher::push(Entry::Kind kind, std::uint32_t pc, std::uint32_t a, std::uin
 
 // To twice its room. What has grown once serves the further searches of this matcher as it is.
 bool Matcher::growStack() {
-    const std::uint32_t room = std::min(std::max(2 * m_stackEntries, 1U), kMaxHeapStack);
+    const std::uint32_t room = std::min(std::max(2 * m_stackEntries, 1U), MaxHeapStack);
     if (room <= m_stackEntries) {
         return false;
     }
@@ -289,16 +289,16 @@ std::uint32_t Matcher::countMatches(const std::uint32_t* ins, std::uint32_t limi
 
 // A whole run of bytes leaves one entry, however long it is.
 bool Matcher::repeat(const std::uint32_t* ins, bool lazy) {
-    const std::uint32_t* what = ins + kRepeatWords;
+    const std::uint32_t* what = ins + RepeatWords;
     const std::uint32_t least = ins[1];
     const std::uint32_t limit = std::min(ins[2], m_len - m_pos);
     const std::uint32_t count = countMatches(what, lazy ? std::min(least, limit) : limit);
-    charge(count / kBytesPerStep);
+    charge(count / BytesPerStep);
     if (count < least) {
         return false;
     }
     const std::uint32_t from = m_pos;
-    const std::uint32_t behind = m_pc + kRepeatWords + wordsOfOneByte(what);
+    const std::uint32_t behind = m_pc + RepeatWords + wordsOfOneByte(what);
     m_pos += count;
     bool kept = true;
     if (lazy && limit > least) {
@@ -319,7 +319,7 @@ bool Matcher::giveBack(Entry& entry) {
             --at;
         }
     }
-    charge((entry.a - at) / kBytesPerStep);
+    charge((entry.a - at) / BytesPerStep);
     entry.a = at;
     m_pos = at;
     m_pc = entry.pc;
@@ -330,13 +330,13 @@ bool Matcher::giveBack(Entry& entry) {
 }
 
 bool Matcher::takeMore(Entry& entry) {
-    const std::uint32_t* what = m_code + entry.pc + kRepeatWords;
+    const std::uint32_t* what = m_code + entry.pc + RepeatWords;
     if (!matches(what, m_src[entry.a])) {
         --m_top;
         return false;
     }
     m_pos = ++entry.a;
-    m_pc = entry.pc + kRepeatWords + wordsOfOneByte(what);
+    m_pc = entry.pc + RepeatWords + wordsOfOneByte(what);
     if (--entry.b == 0) {
         --m_top;
     }
@@ -376,15 +376,15 @@ bool Matcher::loopTurn(const std::uint32_t* ins) {
     m_loops[loop] = {m_loops[loop].count + 1, m_pos};
     charge(ins[6] - ins[5]);
     for (std::uint32_t group = ins[5]; group < ins[6]; ++group) {
-        if (m_captures[group].end == kNone) {
+        if (m_captures[group].end == None) {
             continue;
         }
         if (!keepCapture(group)) {
             return false;
         }
-        m_captures[group] = {kNone, kNone};
+        m_captures[group] = {None, None};
     }
-    return advance(kLoopNextWords);
+    return advance(LoopNextWords);
 }
 
 // A turn that was not needed and matched nothing would go on for ever: that path ends.
@@ -400,7 +400,7 @@ bool Matcher::open(std::uint32_t group) {
     if (!keepCapture(group)) {
         return false;
     }
-    m_captures[group] = {m_pos, kNone};
+    m_captures[group] = {m_pos, None};
     return advance(2);
 }
 
@@ -415,11 +415,11 @@ bool Matcher::close(std::uint32_t group) {
 // A group that took no part matches the empty text.
 bool Matcher::back(std::uint32_t group) {
     const Capture& bounds = m_captures[group];
-    if (bounds.end == kNone) {
+    if (bounds.end == None) {
         return advance(2);
     }
     const std::uint32_t count = bounds.end - bounds.start;
-    charge(count / kBytesPerStep);
+    charge(count / BytesPerStep);
     if (count > m_len - m_pos || !sameBytes(bounds.start, count)) {
         return false;
     }

@@ -15,7 +15,7 @@ namespace zylch::regexp {
 enum class Outcome {
     match,
     none,
-    /// Too many steps, or the backtrack stack was full: of kMaxHeapStack entries, or of all memory there was.
+    /// Too many steps, or the backtrack stack was full: of MaxHeapStack entries, or of all memory there was.
     limit
 };
 

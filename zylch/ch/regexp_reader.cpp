@@ -39,10 +39,10 @@ bool PatternReader::quantifier(Quantifier& result) {
     std::uint32_t length = 1;
     switch (peek()) {
         case '*':
-            result = {0, kNone, false};
+            result = {0, None, false};
             break;
         case '+':
-            result = {1, kNone, false};
+            result = {1, None, false};
             break;
         case '?':
             result = {0, 1, false};
@@ -67,7 +67,7 @@ bool PatternReader::braces(Quantifier& result, std::uint32_t& length) const {
     }
     result.most = result.least;
     if (m_pattern[at] == ',' && !number(++at, result.most)) {
-        result.most = kNone;
+        result.most = None;
     }
     length = at + 1 - m_at;
     return m_pattern[at] == '}';

@@ -13,7 +13,7 @@ namespace {
 
 using namespace zylch::regexp;
 
-constexpr std::uint32_t kReplaceMagic = 0x5A4C5250U;
+constexpr std::uint32_t ReplaceMagic = 0x5A4C5250U;
 
 /// The head of a replacement's state block; the text without its NUL follows.
 struct ReplaceHead {
@@ -28,7 +28,7 @@ const Zyl8u* replacementOf(const void* state) {
 const ReplaceHead& headOf(const void* state) { return *static_cast<const ReplaceHead*>(state); }
 
 int checkReplaceState(const void* state) {
-    return isAligned(state) && headOf(state).magic == kReplaceMagic ? zylStsNoErr : zylStsRegExpStateErr;
+    return isAligned(state) && headOf(state).magic == ReplaceMagic ? zylStsNoErr : zylStsRegExpStateErr;
 }
 
 std::size_t lengthOf(const Zyl8u* replacement) {
@@ -181,7 +181,7 @@ int zylsRegExpReplaceInit(const Zyl8u* replacement, void* state) {
         return zylStsBadArgErr;
     }
     const std::size_t length = lengthOf(replacement);
-    *static_cast<ReplaceHead*>(state) = {kReplaceMagic, static_cast<std::uint32_t>(length)};
+    *static_cast<ReplaceHead*>(state) = {ReplaceMagic, static_cast<std::uint32_t>(length)};
     std::memcpy(static_cast<Zyl8u*>(state) + sizeof(ReplaceHead), replacement, length);
     return zylStsNoErr;
 }

@@ -28,7 +28,7 @@ constexpr int hexValue(unsigned byte) {
 }
 
 struct CharSet {
-    std::uint32_t words[kSetWords] = {};
+    std::uint32_t words[SetWords] = {};
 
     bool has(unsigned byte) const { return (words[byte / 32] >> (byte % 32) & 1U) != 0; }
     void add(unsigned byte) { words[byte / 32] |= 1U << (byte % 32); }
@@ -38,7 +38,7 @@ struct CharSet {
         }
     }
     void add(const CharSet& other) {
-        for (std::uint32_t i = 0; i < kSetWords; ++i) {
+        for (std::uint32_t i = 0; i < SetWords; ++i) {
             words[i] |= other.words[i];
         }
     }

@@ -10,10 +10,10 @@ namespace {
 
 using namespace zylch;
 
-constexpr Forms kFirstOther{plain::firstOther, sse2::firstOther, avx2::firstOther};
-constexpr Forms kLastOther{plain::lastOther, sse2::lastOther, avx2::lastOther};
-constexpr Forms kFirstOutside{plain::firstOutside, sse2::firstOutside, avx2::firstOutside};
-constexpr Forms kLastOutside{plain::lastOutside, sse2::lastOutside, avx2::lastOutside};
+constexpr Forms FirstOther{plain::firstOther, sse2::firstOther, avx2::firstOther};
+constexpr Forms LastOther{plain::lastOther, sse2::lastOther, avx2::lastOther};
+constexpr Forms FirstOutside{plain::firstOutside, sse2::firstOutside, avx2::firstOutside};
+constexpr Forms LastOutside{plain::lastOutside, sse2::lastOutside, avx2::lastOutside};
 
 /// What is left of a text: [begin, end).
 struct Rest {
@@ -22,16 +22,16 @@ struct Rest {
 };
 
 Rest trimmed(const Zyl8u* src, int len, Zyl8u value) {
-    const int begin = kFirstOther.forLength(len)(src, len, value);
-    return begin < 0 ? Rest{0, 0} : Rest{begin, kLastOther.forLength(len)(src, len, value) + 1};
+    const int begin = FirstOther.forLength(len)(src, len, value);
+    return begin < 0 ? Rest{0, 0} : Rest{begin, LastOther.forLength(len)(src, len, value) + 1};
 }
 
 int firstKept(const Zyl8u* src, int len, const ByteSet& set) {
-    return (set.isSmall() ? kFirstOutside.forLength(len) : kFirstOutside.ofPlainPath())(src, len, set);
+    return (set.isSmall() ? FirstOutside.forLength(len) : FirstOutside.ofPlainPath())(src, len, set);
 }
 
 int lastKept(const Zyl8u* src, int len, const ByteSet& set) {
-    return (set.isSmall() ? kLastOutside.forLength(len) : kLastOutside.ofPlainPath())(src, len, set);
+    return (set.isSmall() ? LastOutside.forLength(len) : LastOutside.ofPlainPath())(src, len, set);
 }
 
 Rest trimmedStart(const Zyl8u* src, int len, const ByteSet& set) {

@@ -101,8 +101,8 @@ int runPlain(const From* src, To* dst, int n) {
     return done + narrowSse2(src + done, dst + done, n - done);
 }
 
-constexpr zylch::Forms kWiden{runPlain<Zyl8u, Zyl16u>, widenSse2, widenAvx2};
-constexpr zylch::Forms kNarrow{runPlain<Zyl16u, Zyl8u>, narrowSse2, narrowAvx2};
+constexpr zylch::Forms Widen{runPlain<Zyl8u, Zyl16u>, widenSse2, widenAvx2};
+constexpr zylch::Forms Narrow{runPlain<Zyl16u, Zyl8u>, narrowSse2, narrowAvx2};
 
 bool isHighSurrogate(std::uint32_t code) { return (code & 0xFFFFFC00U) == 0xD800U; }
 
@@ -133,12 +133,12 @@ bool inRangeOf(std::uint32_t code, int length) {
 }
 
 Character decode(const Zyl8u* src, int len) {
-    constexpr std::uint32_t kFirstBits[5] = {0, 0x7F, 0x1F, 0x0F, 0x07};
+    constexpr std::uint32_t FirstBits[5] = {0, 0x7F, 0x1F, 0x0F, 0x07};
     const int length = lengthByFirstByte(src[0]);
     if (length > len) {
         return {0, 0};
     }
-    std::uint32_t code = src[0] & kFirstBits[length];
+    std::uint32_t code = src[0] & FirstBits[length];
     for (int i = 1; i < length; ++i) {
         if ((src[i] & 0xC0) != 0x80) {
             return {0, 0};
@@ -175,12 +175,12 @@ void encode(std::uint32_t code, Zyl16u* dst, int length) {
 }
 
 void encode(std::uint32_t code, Zyl8u* dst, int length) {
-    constexpr std::uint32_t kFirstMark[5] = {0, 0x00, 0xC0, 0xE0, 0xF0};
+    constexpr std::uint32_t FirstMark[5] = {0, 0x00, 0xC0, 0xE0, 0xF0};
     for (int i = length - 1; i > 0; --i) {
         dst[i] = static_cast<Zyl8u>(0x80U | (code & 0x3FU));
         code >>= 6;
     }
-    dst[0] = static_cast<Zyl8u>(kFirstMark[length] | code);
+    dst[0] = static_cast<Zyl8u>(FirstMark[length] | code);
 }
 
 // The two halves of a pair, coded as three bytes each, are no UTF-8: joined they would read as one character
@@ -247,10 +247,10 @@ int check(const void* src, const int* lenSrc, const void* dst, const int* lenDst
 
 int zylsConvertUTF_8u16u(const Zyl8u* src, int* lenSrc, Zyl16u* dst, int* lenDst, int flag) {
     const int status = check(src, lenSrc, dst, lenDst, flag);
-    return status != zylStsNoErr ? status : convert(src, lenSrc, dst, lenDst, kWiden);
+    return status != zylStsNoErr ? status : convert(src, lenSrc, dst, lenDst, Widen);
 }
 
 int zylsConvertUTF_16u8u(const Zyl16u* src, int* lenSrc, Zyl8u* dst, int* lenDst, int flag) {
     const int status = check(src, lenSrc, dst, lenDst, flag);
-    return status != zylStsNoErr ? status : convert(src, lenSrc, dst, lenDst, kNarrow);
+    return status != zylStsNoErr ? status : convert(src, lenSrc, dst, lenDst, Narrow);
 }

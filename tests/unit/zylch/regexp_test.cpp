@@ -23,7 +23,7 @@ class Pattern {
     Pattern(const std::string& pattern, const char* options) {
         int size = 0;
         sizeStatus = zylsRegExpGetSize(pattern.c_str(), &size);
-        m_block.assign(static_cast<std::size_t>(size) / sizeof(int) + 1, kGuard);
+        m_block.assign(static_cast<std::size_t>(size) / sizeof(int) + 1, Guard);
         status = zylsRegExpInit(pattern.c_str(), options, m_block.data(), &errorOffset);
     }
 
@@ -40,7 +40,7 @@ class Pattern {
     int errorOffset = -7;
 
   private:
-    static constexpr int kGuard = 0x7E7E7E7E;
+    static constexpr int Guard = 0x7E7E7E7E;
 
     std::vector<int> m_block;
 };
@@ -58,7 +58,7 @@ std::string Pattern::find(const Zyl8u* text, int len, int capacity) {
                              : "(" + std::to_string(at - text) + "," + std::to_string(record.lenFind) + ")";
     }
     EXPECT_TRUE(findStatus == 0 || findStatus == zylStsRegExpLimitErr) << findStatus;
-    EXPECT_EQ(m_block.back(), kGuard) << "written beyond the block";
+    EXPECT_EQ(m_block.back(), Guard) << "written beyond the block";
     return findStatus == 0 ? all : all + "limit";
 }
 
@@ -70,7 +70,7 @@ const struct {
     const char* options;
     std::string text;
     std::string found;
-} kFinds[] = {
+} Finds[] = {
     {"", nullptr, "", "(0,0)"},
     {"", "g", "ab", "(0,0)(1,0)(2,0)"},
     {"a*", "g", "aab", "(0,2)(2,0)(3,0)"},
@@ -117,7 +117,7 @@ const struct {
 
 TEST(RegExp, Finds) {
     const GuardedPage page;
-    for (const auto& row : kFinds) {
+    for (const auto& row : Finds) {
         Pattern pattern(row.pattern, row.options);
         ASSERT_EQ(pattern.status, 0) << row.pattern;
         EXPECT_EQ(pattern.sizeStatus, 0) << row.pattern;
@@ -134,7 +134,7 @@ const struct {
     std::string pattern;
     const char* options;
     int offset;
-} kBadPatterns[] = {
+} BadPatterns[] = {
     {"ab(c", "", 2},
     {"a[bc", "", 1},
     {"a(?<b)", "", 1},
@@ -151,7 +151,7 @@ const struct {
 };
 
 TEST(RegExp, BadPatternsTellTheirPlace) {
-    for (const auto& row : kBadPatterns) {
+    for (const auto& row : BadPatterns) {
         Pattern pattern(row.pattern, row.options);
         EXPECT_EQ(pattern.status, zylStsRegExpPatternErr) << row.pattern.substr(0, 20);
         EXPECT_EQ(pattern.errorOffset, row.offset) << row.pattern.substr(0, 20);
@@ -249,7 +249,7 @@ struct ReplaceCase {
     std::string result;
 };
 
-const ReplaceCase kReplaces[] = {
+const ReplaceCase Replaces[] = {
     {"([^ ]*) *([^ ]*)", "", "#include [stdafx.h]", "$2 $1", 1, "[stdafx.h] #include"},
     {"([A-Z])([0-9]{2,4}) ", "", "A37 B4 C107 D54112 E1103 XXX", "$2:$1 ", 1,
      "37:A B4 C107 D54112 E1103 XXX"},
@@ -286,7 +286,7 @@ Replaced replace(const ReplaceCase& row, int room, int capacity) {
 
 // The second call has the numbers that the first returned: an exact fit.
 TEST(RegExp, Replaces) {
-    for (const ReplaceCase& row : kReplaces) {
+    for (const ReplaceCase& row : Replaces) {
         const int fit = static_cast<int>(row.result.size());
         const Replaced all = {0, static_cast<int>(row.text.size()), row.count, row.result};
         EXPECT_EQ(replace(row, 2000, 1000), all) << row.pattern;

@@ -144,6 +144,6 @@ TEST_P(Utf, IllFormedTextStopsAtTheLastWholeCharacter) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Utf, testing::ValuesIn(kWithout), pathName);
+INSTANTIATE_TEST_SUITE_P(All, Utf, testing::ValuesIn(Without), pathName);
 
 }  // namespace
