@@ -298,15 +298,15 @@ bool Matcher::repeat(const std::uint32_t* ins, bool lazy) {
         return false;
     }
     const std::uint32_t from = m_pos;
-    const std::uint32_t behind = m_pc + RepeatWords + wordsOfOneByte(what);
+    const std::uint32_t after = m_pc + RepeatWords + wordsOfOneByte(what);
     m_pos += count;
     bool kept = true;
     if (lazy && limit > least) {
         kept = push(Entry::shortest, m_pc, m_pos, limit - least);
     } else if (!lazy && count > least) {
-        kept = push(Entry::longest, behind, m_pos, from + least);
+        kept = push(Entry::longest, after, m_pos, from + least);
     }
-    m_pc = behind;
+    m_pc = after;
     return kept;
 }
 

@@ -18,7 +18,7 @@ inline constexpr std::uint32_t None = 0xFFFFFFFFU;
 /// The instructions. A program is words of 32 bits: the operation, then its operands. Targets are distances
 /// from the instruction's own first word, modulo 2^32, so that code can be shifted as it stands.
 enum class Op : std::uint32_t {
-    // One byte of the text; these five may stand behind a repetition.
+    // One byte of the text; these five may stand after a repetition.
     byte,     ///< value
     either,   ///< value, value: the two cases of a letter
     set,      ///< eight words, a bit for each byte
@@ -40,8 +40,8 @@ enum class Op : std::uint32_t {
     close,  ///< group
     back,   ///< group
     // Lookahead, to an end of its own kind.
-    ahead,        ///< id, target behind
-    notAhead,     ///< id, target behind
+    ahead,        ///< id, target after it
+    notAhead,     ///< id, target after it
     aheadEnd,     ///< id
     notAheadEnd,  ///< id
     // Places.

@@ -124,7 +124,7 @@ class mrSession : public mrFileNames, public mrNameLines {
 };
 
 extern bool s_version;       ///< -v was given
-extern char s_hintArg;       ///< 0 no help, 1 short help, else the character behind the key
+extern char s_hintArg;       ///< 0 no help, 1 short help, else the character after the key
 extern bool s_hintHide;      ///< hidden keys stay out of the help
 extern int s_numThreads;     ///< of -N
 extern Zyl64u s_cpuFeature;  ///< of -T

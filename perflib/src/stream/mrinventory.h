@@ -12,5 +12,5 @@ bool mrRegLibInfo(mrString text);
 /// False for an empty name. Duplicates are kept.
 bool mrRegLibFunc(mrString name);
 
-/// Prints "status = <n>: <text>" to g_ostrm, behind the word for its kind.
+/// Prints "status = <n>: <text>" to g_ostrm, after the word for its kind.
 void reportStatus(int status);
