@@ -3,7 +3,6 @@
 
 #include <unistd.h>
 
-#include <memory>
 #include <vector>
 
 #include "fuzz.h"

@@ -74,7 +74,6 @@ const struct {
     {"", nullptr, "", "(0,0)"},
     {"", "g", "ab", "(0,0)(1,0)(2,0)"},
     {"a*", "g", "aab", "(0,2)(2,0)(3,0)"},
-    // Alternatives: the first that leads to a match, not the longest.
     // Groups: those of a turn that is over are unset, also within a loop.
     {"(z)((a+)?(b+)?(c))*", "", "zaacbbbcac", "(0,10)(0,1)(8,2)(8,1)-(9,1)"},
     {"((a)|b)*", "", "ab", "(0,2)(1,1)-"},
