@@ -24,10 +24,10 @@ class zyFunc : public mrString {
 
     /// The order of the test list: negative, 0 or positive by prefix and base, then types, then descriptor.
     int compare(const zyFunc& other) const;
-    /// By value type for type, unsigned before signed before floating, a complex type right behind its real
+    /// By value type for type, unsigned before signed before floating, a complex type right after its real
     /// one.
     static int compareTypes(mrString a, mrString b);
-    /// In-place forms behind the others, alpha layouts behind plain ones.
+    /// In-place forms after the others, alpha layouts after plain ones.
     static int compareDescr(mrString a, mrString b);
 
     /// 0 for a text that is no type.

@@ -35,7 +35,7 @@ template <int (*Call)()>
     return stop - start;
 }
 
-/// Ticks of `turns` calls, at least one, each with its init behind it; the last one's status into `status`.
+/// Ticks of `turns` calls, at least one, each with its init after it; the last one's status into `status`.
 template <int (*Call)(), int (*Init)()>
 [[gnu::noinline]] Zyl64u zyTimeBlock(unsigned turns, int& status) {
     int returned = 0;

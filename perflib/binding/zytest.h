@@ -26,7 +26,7 @@ class zyTest : public mrTest {
     /// MR_LIB_FAIL, both with a message that names the function unless `name` is empty. Raises the running
     /// test's result.
     static mrResult checkStatus(int status, mrString name);
-    /// Straight behind the calls of an entry: no text may be copied before the direction flag is right again.
+    /// Straight after the calls of an entry: no text may be copied before the direction flag is right again.
     static mrResult checkStatus(int status, const char* name);
     mrResult checkStatus(int status) const { return checkStatus(status, func); }
 

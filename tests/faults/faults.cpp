@@ -137,7 +137,7 @@ void tellState() {
 struct Kind {
     const char* name;
     void (*act)();              ///< null: nothing
-    std::optional<int> status;  ///< none: that of the library's function, which is called behind `act`
+    std::optional<int> status;  ///< none: that of the library's function, which is called after `act`
 };
 
 constexpr Kind kinds[] = {

@@ -1,9 +1,8 @@
-/// A command line and, behind its first line, the file that "-@keys" names. Output goes to a folder of its
+/// A command line and, after its first line, the file that "-@keys" names. Output goes to a folder of its
 /// own: inputs that name another one are passed over.
 
 #include <unistd.h>
 
-#include <memory>
 #include <vector>
 
 #include "fuzz.h"

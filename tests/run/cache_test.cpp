@@ -2,7 +2,7 @@
 
 namespace {
 
-/// The cells up to their first blank, behind one another.
+/// The cells up to their first blank, one after another.
 std::string joined(const Cells& cells) {
     std::string text;
     for (const std::string& cell : cells) {

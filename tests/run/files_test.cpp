@@ -128,7 +128,7 @@ TEST(OutputFiles, WhatCanNotBeWrittenIsToldOnceAndStopsNothing) {
 }
 
 // The first argument stands beside -v, which ends the run early; then, "<folder>/" for the folder: what is
-// printed in front of the option text, the option, and what is behind it; "" is the banner of an ordinary
+// printed in front of the option text, the option, and what is after it; "" is the banner of an ordinary
 // end.
 TEST(BadInput, IsToldAndEndsTheRunInOrder) {
     const WorkFolder folder;

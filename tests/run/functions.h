@@ -8,7 +8,7 @@ struct MeasuredFunction {
     std::string_view suite;
     std::string_view source;
     std::string_view mark;  ///< of its registration: what stands in the timed stretch
-    int place;              ///< in a sorted run, behind the processor test, which has 0
+    int place;              ///< in a sorted run, after the processor test, which has 0
     int rows;               ///< result lines of a run with default parameters, without "reperf.txt"
 };
 

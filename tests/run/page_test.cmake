@@ -1,4 +1,4 @@
-# Runs PROGRAM, the suite of PAGE, behind EMULATOR with the arguments that the page gives, its files in FOLDER:
+# Runs PROGRAM, the suite of PAGE, under EMULATOR with the arguments that the page gives, its files in FOLDER:
 # the table must be the one on the page, figures aside.
 
 # The table's rows in `text`, without what differs from run to run. A row without a figure keeps its sign for none.

@@ -1,3 +1,4 @@
+#include <map>
 #include <regex>
 #include <set>
 
@@ -187,7 +188,7 @@ Code turnOf(const Code& stretch) {
     return {};
 }
 
-/// Without the store of the status behind the call.
+/// Without the store of the status after the call.
 Code withoutStatus(Code code) {
     if (!code.empty() && isStackStore(code.back().text) && holds(code.back().text, "%eax,")) {
         code.pop_back();

@@ -27,7 +27,7 @@ void expectSummary(const Table& summary) {
     EXPECT_EQ(summary.counters(), "Number of tests=40 Successes=39 Failures=1 Fails=1 -FAIL=1 ");
 }
 
-/// Each function has a name line, and its results behind it.
+/// Each function has a name line, and its results after it.
 void expectResults(const Table& table) {
     std::string nameLines;
     auto row = table.rows.begin();

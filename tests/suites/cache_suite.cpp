@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr const char* SourceFile = "tests/cache/cache_suite";
+constexpr const char* SourceFile = "tests/suites/cache_suite";
 constexpr int FirstLength = 64;
 
 zyVector src;

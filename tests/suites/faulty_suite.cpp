@@ -1,4 +1,4 @@
-// Five hundred tests that crash one behind the other, each with its data still there. Linked to the framework
+// Five hundred tests that crash one after the other, each with its data still there. Linked to the framework
 // alone it is a whole program.
 
 #include <csignal>

@@ -18,11 +18,13 @@ class GuardedPage {
     /// std::bad_alloc if the system has no memory.
     GuardedPage() : m_size(static_cast<std::size_t>(sysconf(_SC_PAGESIZE))) {
         void* base = mmap(nullptr, 3 * m_size, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-        if (base == MAP_FAILED)
+        if (base == MAP_FAILED) {
             throw std::bad_alloc();
+        }
         m_base = static_cast<unsigned char*>(base);
-        if (mprotect(begin(), m_size, PROT_READ | PROT_WRITE) != 0)
+        if (mprotect(begin(), m_size, PROT_READ | PROT_WRITE) != 0) {
             throw std::bad_alloc();
+        }
         std::memset(begin(), blank, m_size);
     }
     ~GuardedPage() { munmap(m_base, 3 * m_size); }
@@ -46,8 +48,9 @@ class GuardedPage {
 
   private:
     static bool isBlank(const unsigned char* at, const unsigned char* end) {
-        while (at != end && *at == blank)
+        while (at != end && *at == blank) {
             ++at;
+        }
         return at == end;
     }
 

@@ -24,7 +24,7 @@ struct Outcome {
     long peakKiB = 0;    ///< most memory that was resident at a time
 };
 
-/// What a shell command says to start the program: its path, behind the emulator where there is one.
+/// What a shell command says to start the program: its path, after the emulator where there is one.
 #define METRIG_COMMAND METRIG_EMULATOR " " METRIG_BIN_DIR "/metrig"
 
 /// Whether the programs under test run under an emulator, which knows no unmasked float exceptions and gives

@@ -28,7 +28,7 @@ class WorkFolder {
         std::filesystem::remove_all(m_path, ignored);
     }
 
-    /// Of a file in it; of the folder, with the "/" behind it, when the name is empty.
+    /// Of a file in it; of the folder, with the "/" after it, when the name is empty.
     std::string path(const std::string& name = "") const { return m_path + "/" + name; }
     /// Writes a file; returns its path.
     std::string file(const std::string& name, const std::string& content) const {

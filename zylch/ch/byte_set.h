@@ -14,8 +14,9 @@ class ByteSet {
 
     /// `list` may name a value more than once, which counts as once.
     ByteSet(const Zyl8u* list, int len) {
-        for (int i = 0; i < len; ++i)
+        for (int i = 0; i < len; ++i) {
             add(list[i]);
+        }
     }
 
     bool has(Zyl8u value) const { return (m_bits[value / 32] >> (value % 32) & 1) != 0; }
@@ -26,11 +27,13 @@ class ByteSet {
 
   private:
     void add(Zyl8u value) {
-        if (has(value))
+        if (has(value)) {
             return;
+        }
         m_bits[value / 32] |= 1U << (value % 32);
-        if (m_count < few)
+        if (m_count < few) {
             m_values[m_count] = value;
+        }
         ++m_count;
     }
 

@@ -7,15 +7,16 @@
 
 namespace {
 
-constexpr zylch::Forms kChangeCase{zylch::plain::changeCase, zylch::sse2::changeCase,
-                                   zylch::avx2::changeCase};
+constexpr zylch::Forms ChangeCase{zylch::plain::changeCase, zylch::sse2::changeCase, zylch::avx2::changeCase};
 
 int change(const Zyl8u* src, Zyl8u* dst, int len, Zyl8u firstLetter) {
-    if (src == nullptr || dst == nullptr)
+    if (src == nullptr || dst == nullptr) {
         return zylStsNullPtrErr;
-    if (len < 0)
+    }
+    if (len < 0) {
         return zylStsSizeErr;
-    kChangeCase.forLength(len)(src, dst, len, firstLetter);
+    }
+    ChangeCase.forLength(len)(src, dst, len, firstLetter);
     return zylStsNoErr;
 }
 

@@ -9,13 +9,14 @@ namespace {
 
 using namespace zylch;
 
-constexpr Forms kFirstDifference{plain::firstDifference, sse2::firstDifference, avx2::firstDifference};
-constexpr Forms kFirstDifferenceInLowerCase{
+constexpr Forms FirstDifference{plain::firstDifference, sse2::firstDifference, avx2::firstDifference};
+constexpr Forms FirstDifferenceInLowerCase{
     plain::firstDifferenceInLowerCase, sse2::firstDifferenceInLowerCase, avx2::firstDifferenceInLowerCase};
 
 int checkTexts(const Zyl8u* a, const Zyl8u* b, int len, const int* result) {
-    if (a == nullptr || b == nullptr || result == nullptr)
+    if (a == nullptr || b == nullptr || result == nullptr) {
         return zylStsNullPtrErr;
+    }
     return len < 0 ? zylStsSizeErr : zylStsNoErr;
 }
 
@@ -25,26 +26,29 @@ int lowerCase(Zyl8u value) { return plain::CaseChange::from('A')(value); }
 
 int zylsCompare_8u(const Zyl8u* a, const Zyl8u* b, int len, int* result) {
     const int status = checkTexts(a, b, len, result);
-    if (status != zylStsNoErr)
+    if (status != zylStsNoErr) {
         return status;
-    const int place = kFirstDifference.forLength(len)(a, b, len);
+    }
+    const int place = FirstDifference.forLength(len)(a, b, len);
     *result = place < 0 ? 0 : a[place] - b[place];
     return zylStsNoErr;
 }
 
 int zylsEqual_8u(const Zyl8u* a, const Zyl8u* b, int len, int* result) {
     const int status = checkTexts(a, b, len, result);
-    if (status != zylStsNoErr)
+    if (status != zylStsNoErr) {
         return status;
-    *result = kFirstDifference.forLength(len)(a, b, len) < 0 ? 1 : 0;
+    }
+    *result = FirstDifference.forLength(len)(a, b, len) < 0 ? 1 : 0;
     return zylStsNoErr;
 }
 
 int zylsCompareIgnoreCaseLatin_8u(const Zyl8u* a, const Zyl8u* b, int len, int* result) {
     const int status = checkTexts(a, b, len, result);
-    if (status != zylStsNoErr)
+    if (status != zylStsNoErr) {
         return status;
-    const int place = kFirstDifferenceInLowerCase.forLength(len)(a, b, len);
+    }
+    const int place = FirstDifferenceInLowerCase.forLength(len)(a, b, len);
     *result = place < 0 ? 0 : lowerCase(a[place]) - lowerCase(b[place]);
     return zylStsNoErr;
 }

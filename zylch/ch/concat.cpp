@@ -19,23 +19,27 @@ Zyl8u* append(Zyl8u* at, const Zyl8u* src, int len) {
 template <class Text>
 int checkList(Text const list[], const int lens[], int count) {
     for (int i = 0; i < count; ++i) {
-        if (list[i] == nullptr)
+        if (list[i] == nullptr) {
             return zylStsNullPtrErr;
-        if (lens[i] < 0)
+        }
+        if (lens[i] < 0) {
             return zylStsSizeErr;
+        }
     }
     return zylStsNoErr;
 }
 
 int checkJoin(const Zyl8u* const src[], const int lens[], int count, const Zyl8u* dst) {
-    if (src == nullptr || lens == nullptr || dst == nullptr)
+    if (src == nullptr || lens == nullptr || dst == nullptr) {
         return zylStsNullPtrErr;
+    }
     return count < 0 ? zylStsSizeErr : checkList(src, lens, count);
 }
 
 int checkSplit(const Zyl8u* src, int len, Zyl8u* const dst[], const int lens[], const int* count) {
-    if (src == nullptr || dst == nullptr || lens == nullptr || count == nullptr)
+    if (src == nullptr || dst == nullptr || lens == nullptr || count == nullptr) {
         return zylStsNullPtrErr;
+    }
     return len < 0 || *count < 0 ? zylStsSizeErr : checkList(dst, lens, *count);
 }
 
@@ -48,30 +52,36 @@ int pieceLength(const Zyl8u* src, int len, Zyl8u delim) {
 }  // namespace
 
 int zylsConcat_8u(const Zyl8u* a, int lenA, const Zyl8u* b, int lenB, Zyl8u* dst) {
-    if (a == nullptr || b == nullptr || dst == nullptr)
+    if (a == nullptr || b == nullptr || dst == nullptr) {
         return zylStsNullPtrErr;
-    if (lenA < 0 || lenB < 0)
+    }
+    if (lenA < 0 || lenB < 0) {
         return zylStsSizeErr;
+    }
     append(append(dst, a, lenA), b, lenB);
     return zylStsNoErr;
 }
 
 int zylsConcat_8u_D2L(const Zyl8u* const src[], const int lens[], int count, Zyl8u* dst) {
     const int status = checkJoin(src, lens, count, dst);
-    if (status != zylStsNoErr)
+    if (status != zylStsNoErr) {
         return status;
-    for (int i = 0; i < count; ++i)
+    }
+    for (int i = 0; i < count; ++i) {
         dst = append(dst, src[i], lens[i]);
+    }
     return zylStsNoErr;
 }
 
 int zylsConcatC_8u_D2L(const Zyl8u* const src[], const int lens[], int count, Zyl8u delim, Zyl8u* dst) {
     const int status = checkJoin(src, lens, count, dst);
-    if (status != zylStsNoErr)
+    if (status != zylStsNoErr) {
         return status;
+    }
     for (int i = 0; i < count; ++i) {
-        if (i > 0)
+        if (i > 0) {
             *dst++ = delim;
+        }
         dst = append(dst, src[i], lens[i]);
     }
     return zylStsNoErr;
@@ -79,14 +89,16 @@ int zylsConcatC_8u_D2L(const Zyl8u* const src[], const int lens[], int count, Zy
 
 int zylsSplitC_8u_D2L(const Zyl8u* src, int len, Zyl8u delim, Zyl8u* dst[], int lens[], int* count) {
     int status = checkSplit(src, len, dst, lens, count);
-    if (status != zylStsNoErr)
+    if (status != zylStsNoErr) {
         return status;
+    }
     for (int piece = 0; piece < *count; ++piece) {
         const int found = pieceLength(src, len, delim);
-        if (found > lens[piece])
+        if (found > lens[piece]) {
             status = zylStsNoRoomNote;
-        else
+        } else {
             lens[piece] = found;
+        }
         append(dst[piece], src, lens[piece]);
         if (found == len) {
             *count = piece + 1;

@@ -9,29 +9,32 @@ namespace {
 
 using namespace zylch;
 
-constexpr Forms kFirstText{plain::firstText, sse2::firstText, avx2::firstText};
-constexpr Forms kLastText{plain::lastText, sse2::lastText, avx2::lastText};
+constexpr Forms FirstText{plain::firstText, sse2::firstText, avx2::firstText};
+constexpr Forms LastText{plain::lastText, sse2::lastText, avx2::lastText};
 
 /// `ifEmpty`: where an empty text is found.
-int search(decltype(kFirstText) kernel, const Zyl8u* src, int len, const Zyl8u* find, int lenFind,
-           int ifEmpty, int* index) {
-    if (src == nullptr || find == nullptr || index == nullptr)
+int search(decltype(FirstText) kernel, const Zyl8u* src, int len, const Zyl8u* find, int lenFind, int ifEmpty,
+           int* index) {
+    if (src == nullptr || find == nullptr || index == nullptr) {
         return zylStsNullPtrErr;
-    if (len < 0 || lenFind < 0)
+    }
+    if (len < 0 || lenFind < 0) {
         return zylStsSizeErr;
-    if (lenFind == 0)
+    }
+    if (lenFind == 0) {
         *index = ifEmpty;
-    else
+    } else {
         *index = lenFind <= len ? kernel.forLength(len - lenFind + 1)(src, len, find, lenFind) : -1;
+    }
     return zylStsNoErr;
 }
 
 }  // namespace
 
 int zylsFind_8u(const Zyl8u* src, int len, const Zyl8u* find, int lenFind, int* index) {
-    return search(kFirstText, src, len, find, lenFind, 0, index);
+    return search(FirstText, src, len, find, lenFind, 0, index);
 }
 
 int zylsFindRev_8u(const Zyl8u* src, int len, const Zyl8u* find, int lenFind, int* index) {
-    return search(kLastText, src, len, find, lenFind, len, index);
+    return search(LastText, src, len, find, lenFind, len, index);
 }

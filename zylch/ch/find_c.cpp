@@ -9,14 +9,16 @@ namespace {
 
 using namespace zylch;
 
-constexpr Forms kFirstByte{plain::firstByte, sse2::firstByte, avx2::firstByte};
-constexpr Forms kLastByte{plain::lastByte, sse2::lastByte, avx2::lastByte};
+constexpr Forms FirstByte{plain::firstByte, sse2::firstByte, avx2::firstByte};
+constexpr Forms LastByte{plain::lastByte, sse2::lastByte, avx2::lastByte};
 
-int find(decltype(kFirstByte) search, const Zyl8u* src, int len, Zyl8u value, int* index) {
-    if (src == nullptr || index == nullptr)
+int find(decltype(FirstByte) search, const Zyl8u* src, int len, Zyl8u value, int* index) {
+    if (src == nullptr || index == nullptr) {
         return zylStsNullPtrErr;
-    if (len < 0)
+    }
+    if (len < 0) {
         return zylStsSizeErr;
+    }
     *index = search.forLength(len)(src, len, value);
     return zylStsNoErr;
 }
@@ -24,9 +26,9 @@ int find(decltype(kFirstByte) search, const Zyl8u* src, int len, Zyl8u value, in
 }  // namespace
 
 int zylsFindC_8u(const Zyl8u* src, int len, Zyl8u value, int* index) {
-    return find(kFirstByte, src, len, value, index);
+    return find(FirstByte, src, len, value, index);
 }
 
 int zylsFindRevC_8u(const Zyl8u* src, int len, Zyl8u value, int* index) {
-    return find(kLastByte, src, len, value, index);
+    return find(LastByte, src, len, value, index);
 }

@@ -10,14 +10,16 @@ namespace {
 
 using namespace zylch;
 
-constexpr Forms kFirstOfSet{plain::firstOfSet, sse2::firstOfSet, avx2::firstOfSet};
-constexpr Forms kLastOfSet{plain::lastOfSet, sse2::lastOfSet, avx2::lastOfSet};
+constexpr Forms FirstOfSet{plain::firstOfSet, sse2::firstOfSet, avx2::firstOfSet};
+constexpr Forms LastOfSet{plain::lastOfSet, sse2::lastOfSet, avx2::lastOfSet};
 
-int find(decltype(kFirstOfSet) search, const Zyl8u* src, int len, const Zyl8u* set, int lenSet, int* index) {
-    if (src == nullptr || set == nullptr || index == nullptr)
+int find(decltype(FirstOfSet) search, const Zyl8u* src, int len, const Zyl8u* set, int lenSet, int* index) {
+    if (src == nullptr || set == nullptr || index == nullptr) {
         return zylStsNullPtrErr;
-    if (len < 0 || lenSet < 0)
+    }
+    if (len < 0 || lenSet < 0) {
         return zylStsSizeErr;
+    }
     const ByteSet bytes(set, lenSet);
     *index = (bytes.isSmall() ? search.forLength(len) : search.ofPlainPath())(src, len, bytes);
     return zylStsNoErr;
@@ -26,9 +28,9 @@ int find(decltype(kFirstOfSet) search, const Zyl8u* src, int len, const Zyl8u* s
 }  // namespace
 
 int zylsFindCAny_8u(const Zyl8u* src, int len, const Zyl8u* set, int lenSet, int* index) {
-    return find(kFirstOfSet, src, len, set, lenSet, index);
+    return find(FirstOfSet, src, len, set, lenSet, index);
 }
 
 int zylsFindRevCAny_8u(const Zyl8u* src, int len, const Zyl8u* set, int lenSet, int* index) {
-    return find(kLastOfSet, src, len, set, lenSet, index);
+    return find(LastOfSet, src, len, set, lenSet, index);
 }

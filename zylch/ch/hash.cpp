@@ -16,23 +16,24 @@ struct CrcTable {
 };
 
 constexpr CrcTable makeCrcTable() {
-    constexpr std::uint32_t kPolynomial = 0xEDB88320U;
+    constexpr std::uint32_t Polynomial = 0xEDB88320U;
     CrcTable table{};
     for (std::uint32_t byte = 0; byte < 256; ++byte) {
         std::uint32_t rest = byte;
-        for (int bit = 0; bit < 8; ++bit)
-            rest = (rest >> 1) ^ ((rest & 1U) != 0 ? kPolynomial : 0U);
+        for (int bit = 0; bit < 8; ++bit) {
+            rest = (rest >> 1) ^ ((rest & 1U) != 0 ? Polynomial : 0U);
+        }
         table.entry[byte] = rest;
     }
     return table;
 }
 
-constexpr CrcTable kCrcTable = makeCrcTable();
+constexpr CrcTable Crc32Table = makeCrcTable();
 
 struct Crc32 {
     std::uint32_t state = 0xFFFFFFFFU;
 
-    void add(std::uint32_t byte) { state = (state >> 8) ^ kCrcTable.entry[(state ^ byte) & 0xFFU]; }
+    void add(std::uint32_t byte) { state = (state >> 8) ^ Crc32Table.entry[(state ^ byte) & 0xFFU]; }
     std::uint32_t result() const { return ~state; }
 };
 
@@ -79,13 +80,16 @@ inline Element elementAt(const Element* src, int index) {
 
 template <class Hash, class Element>
 int hashOf(const Element* src, int len, Zyl32u* result) {
-    if (src == nullptr || result == nullptr)
+    if (src == nullptr || result == nullptr) {
         return zylStsNullPtrErr;
-    if (len < 0)
+    }
+    if (len < 0) {
         return zylStsSizeErr;
+    }
     Hash hash;
-    for (int i = 0; i < len; ++i)
+    for (int i = 0; i < len; ++i) {
         addElement(hash, elementAt(src, i));
+    }
     *result = hash.result();
     return zylStsNoErr;
 }

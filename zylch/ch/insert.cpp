@@ -23,10 +23,12 @@ bool removeFits(int len, int start, int count) {
 }  // namespace
 
 int zylsInsert_8u_I(const Zyl8u* ins, int lenIns, Zyl8u* data, int* len, int start) {
-    if (ins == nullptr || data == nullptr || len == nullptr)
+    if (ins == nullptr || data == nullptr || len == nullptr) {
         return zylStsNullPtrErr;
-    if (!insertFits(*len, lenIns, start))
+    }
+    if (!insertFits(*len, lenIns, start)) {
         return zylStsSizeErr;
+    }
     move(data + start + lenIns, data + start, *len - start);
     copy(data + start, ins, lenIns);
     *len += lenIns;
@@ -34,10 +36,12 @@ int zylsInsert_8u_I(const Zyl8u* ins, int lenIns, Zyl8u* data, int* len, int sta
 }
 
 int zylsInsert_8u(const Zyl8u* src, int len, const Zyl8u* ins, int lenIns, Zyl8u* dst, int start) {
-    if (src == nullptr || ins == nullptr || dst == nullptr)
+    if (src == nullptr || ins == nullptr || dst == nullptr) {
         return zylStsNullPtrErr;
-    if (!insertFits(len, lenIns, start))
+    }
+    if (!insertFits(len, lenIns, start)) {
         return zylStsSizeErr;
+    }
     copy(dst, src, start);
     copy(dst + start, ins, lenIns);
     copy(dst + start + lenIns, src + start, len - start);
@@ -45,20 +49,24 @@ int zylsInsert_8u(const Zyl8u* src, int len, const Zyl8u* ins, int lenIns, Zyl8u
 }
 
 int zylsRemove_8u_I(Zyl8u* data, int* len, int start, int count) {
-    if (data == nullptr || len == nullptr)
+    if (data == nullptr || len == nullptr) {
         return zylStsNullPtrErr;
-    if (!removeFits(*len, start, count))
+    }
+    if (!removeFits(*len, start, count)) {
         return zylStsSizeErr;
+    }
     move(data + start, data + start + count, *len - start - count);
     *len -= count;
     return zylStsNoErr;
 }
 
 int zylsRemove_8u(const Zyl8u* src, int len, Zyl8u* dst, int start, int count) {
-    if (src == nullptr || dst == nullptr)
+    if (src == nullptr || dst == nullptr) {
         return zylStsNullPtrErr;
-    if (!removeFits(len, start, count))
+    }
+    if (!removeFits(len, start, count)) {
         return zylStsSizeErr;
+    }
     copy(dst, src, start);
     copy(dst + start, src + start + count, len - start - count);
     return zylStsNoErr;

@@ -7,7 +7,7 @@
 namespace zylch {
 
 /// The least bytes that the form of a path works on: its block.
-inline constexpr int kLeastLength[zylPathCount] = {0, 16, 32};
+inline constexpr int LeastLength[zylPathCount] = {0, 16, 32};
 
 template <class Result, class... Args>
 struct Forms {
@@ -23,8 +23,9 @@ struct Forms {
     /// For a walk over `len` bytes: the form of the path in force, or the next narrower one that they fill.
     Form forLength(int len) const {
         int path = zylCodePath;
-        while (len < kLeastLength[path])
+        while (len < LeastLength[path]) {
             --path;
+        }
         return form[path];
     }
 };

@@ -33,8 +33,9 @@ class CodeWriter {
     /// none reaches across `at`.
     void insert(std::uint32_t at, Op op, Operands operands) {
         const std::uint32_t count = words(operands);
-        if (m_code != nullptr)
+        if (m_code != nullptr) {
             std::memmove(m_code + at + count, m_code + at, (m_size - at) * sizeof(std::uint32_t));
+        }
         grow(count);
         store(at, op, operands);
     }
@@ -43,11 +44,12 @@ class CodeWriter {
     void cut(std::uint32_t size) { m_size = size; }
 
     std::uint32_t operand(std::uint32_t at, std::uint32_t index) const {
-        return m_code != nullptr ? m_code[at + index] : kNone;
+        return m_code != nullptr ? m_code[at + index] : None;
     }
     void setOperand(std::uint32_t at, std::uint32_t index, std::uint32_t value) {
-        if (m_code != nullptr)
+        if (m_code != nullptr) {
             m_code[at + index] = value;
+        }
     }
     /// Makes operand `index` of the instruction at `at` lead to the end of the code.
     void leadHere(std::uint32_t at, std::uint32_t index) { setOperand(at, index, m_size - at); }
@@ -60,11 +62,13 @@ class CodeWriter {
         m_room = std::max(m_room, m_size);
     }
     void store(std::uint32_t at, Op op, Operands operands) {
-        if (m_code == nullptr)
+        if (m_code == nullptr) {
             return;
+        }
         m_code[at] = static_cast<std::uint32_t>(op);
-        for (const std::uint32_t operand : operands)
+        for (const std::uint32_t operand : operands) {
             m_code[++at] = operand;
+        }
     }
 
     std::uint32_t* m_code;

@@ -62,10 +62,12 @@ class Compiler {
 };
 
 int Compiler::run(Head& head) {
-    if (disjunction(0) && m_in.peek() == ')')
+    if (disjunction(0) && m_in.peek() == ')') {
         fault(m_in.at());
-    if (m_highestBack >= m_groups)
+    }
+    if (m_highestBack >= m_groups) {
         fault(m_highestBackAt);
+    }
     m_code.put(Op::match);
     head.codeWords = m_code.room();
     head.groups = m_groups;
@@ -80,19 +82,21 @@ Term Compiler::fault(std::uint32_t at) {
 }
 
 void Compiler::needStack(std::uint64_t entries) {
-    m_stack = static_cast<std::uint32_t>(std::min<std::uint64_t>(m_stack + entries, kMaxStack));
+    m_stack = static_cast<std::uint32_t>(std::min<std::uint64_t>(m_stack + entries, MaxStack));
 }
 
 // a|b|c becomes: split, a, jump to the end; split, b, jump to the end; c. The end is not known yet when a
 // jump is written, so each holds the place of the jump before it until then.
 bool Compiler::disjunction(int depth) {
-    std::uint32_t lastJump = kNone;
+    std::uint32_t lastJump = None;
     for (;;) {
         const std::uint32_t start = m_code.size();
-        if (!alternative(depth))
+        if (!alternative(depth)) {
             return false;
-        if (!m_in.take('|'))
+        }
+        if (!m_in.take('|')) {
             break;
+        }
         m_code.insert(start, Op::split, {0});
         needStack(1);
         const std::uint32_t jump = m_code.size();
@@ -100,7 +104,7 @@ bool Compiler::disjunction(int depth) {
         m_code.leadHere(start, 1);
         lastJump = jump;
     }
-    while (lastJump != kNone) {
+    while (lastJump != None) {
         const std::uint32_t before = m_code.operand(lastJump, 1);
         m_code.leadHere(lastJump, 1);
         lastJump = before;
@@ -111,15 +115,18 @@ bool Compiler::disjunction(int depth) {
 bool Compiler::alternative(int depth) {
     for (;;) {
         m_in.skipBlanks();
-        if (m_in.peek() == '\0' || m_in.peek() == '|' || m_in.peek() == ')')
+        if (m_in.peek() == '\0' || m_in.peek() == '|' || m_in.peek() == ')') {
             return true;
+        }
         const Mark before = {m_code.size(), m_groups, m_stack};
         const Term kind = term(depth);
-        if (kind == Term::fault)
+        if (kind == Term::fault) {
             return false;
+        }
         m_in.skipBlanks();
-        if (kind != Term::place && !quantify(kind, before))
+        if (kind != Term::place && !quantify(kind, before)) {
             return false;
+        }
     }
 }
 
@@ -143,10 +150,12 @@ Term Compiler::term(int depth) {
             break;
     }
     const std::uint32_t from = m_in.at();
-    if (Quantifier nothingToRepeat; m_in.quantifier(nothingToRepeat))
+    if (Quantifier nothingToRepeat; m_in.quantifier(nothingToRepeat)) {
         return fault(from);
-    if (m_in.faultOffset() >= 0)
+    }
+    if (m_in.faultOffset() >= 0) {
         return Term::fault;
+    }
     const unsigned byte = m_in.peek();
     m_in.skip(1);
     return literal(byte);
@@ -159,10 +168,11 @@ Term Compiler::place(Op op, std::uint32_t length) {
 }
 
 Term Compiler::literal(unsigned byte) {
-    if (m_in.has(optionIgnoreCase) && isLetter(byte))
+    if (m_in.has(optionIgnoreCase) && isLetter(byte)) {
         m_code.put(Op::either, {byte | 0x20U, byte & ~0x20U});
-    else
+    } else {
         m_code.put(Op::byte, {byte});
+    }
     return Term::oneByte;
 }
 
@@ -180,10 +190,12 @@ Term Compiler::set(const CharSet& set) {
 Term Compiler::escape() {
     const std::uint32_t from = m_in.at();
     const unsigned letter = m_in.peek(1);
-    if (letter == 'b' || letter == 'B')
+    if (letter == 'b' || letter == 'B') {
         return place(letter == 'b' ? Op::wordEdge : Op::notWordEdge, 2);
-    if (isDigit(letter) && letter != '0')
+    }
+    if (isDigit(letter) && letter != '0') {
         return backReference(letter - '0');
+    }
     if (CharSet named; namedSet(letter, named)) {
         m_in.skip(2);
         return set(named);
@@ -205,15 +217,19 @@ Term Compiler::backReference(std::uint32_t number) {
 
 Term Compiler::group(int depth) {
     const std::uint32_t from = m_in.at();
-    if (depth == kMaxDepth)
+    if (depth == MaxDepth) {
         return fault(from);
-    if (m_in.peek(1) != '?')
+    }
+    if (m_in.peek(1) != '?') {
         return capture(depth + 1);
+    }
     const unsigned kind = m_in.peek(2);
-    if (kind != ':' && kind != '=' && kind != '!')
+    if (kind != ':' && kind != '=' && kind != '!') {
         return fault(from);
-    if (kind != ':')
+    }
+    if (kind != ':') {
         return lookahead(kind == '=', depth + 1);
+    }
     m_in.skip(3);
     return groupBody(from, depth + 1) ? Term::part : Term::fault;
 }
@@ -227,8 +243,9 @@ Term Compiler::capture(int depth) {
     const std::uint32_t number = m_groups++;
     m_in.skip(1);
     m_code.put(Op::open, {number});
-    if (!groupBody(from, depth))
+    if (!groupBody(from, depth)) {
         return Term::fault;
+    }
     m_code.put(Op::close, {number});
     needStack(2);
     return Term::part;
@@ -240,8 +257,9 @@ Term Compiler::lookahead(bool wanted, int depth) {
     const std::uint32_t start = m_code.size();
     m_in.skip(3);
     m_code.put(wanted ? Op::ahead : Op::notAhead, {id, 0});
-    if (!groupBody(from, depth))
+    if (!groupBody(from, depth)) {
         return Term::fault;
+    }
     m_code.put(wanted ? Op::aheadEnd : Op::notAheadEnd, {id});
     m_code.leadHere(start, 2);
     needStack(1);
@@ -250,16 +268,18 @@ Term Compiler::lookahead(bool wanted, int depth) {
 
 bool Compiler::quantify(Term term, const Mark& before) {
     Quantifier quantifier;
-    if (!m_in.quantifier(quantifier))
+    if (!m_in.quantifier(quantifier)) {
         return m_in.faultOffset() < 0;
+    }
     if (quantifier.most == 0) {
         m_code.cut(before.code);
         m_stack = before.stack;
     } else if (quantifier.least != 1 || quantifier.most != 1) {
-        if (term == Term::oneByte)
+        if (term == Term::oneByte) {
             repeatByte(quantifier, before);
-        else
+        } else {
             repeatPart(quantifier, before);
+        }
     }
     return true;
 }
@@ -288,24 +308,28 @@ void Compiler::repeatPart(const Quantifier& quantifier, const Mark& before) {
 // Groups that open on the way to the first byte leave no choice.
 std::uint32_t findFirstByte(const std::uint32_t* code) {
     std::uint32_t at = 0;
-    while (static_cast<Op>(code[at]) == Op::open)
+    while (static_cast<Op>(code[at]) == Op::open) {
         at += 2;
+    }
     const Op op = static_cast<Op>(code[at]);
-    if (op == Op::repeat || op == Op::repeatLazy)
-        return code[at + 1] > 0 ? at + 3 : kNone;
-    return op == Op::byte || op == Op::either || op == Op::set || op == Op::noBreak ? at : kNone;
+    if (op == Op::repeat || op == Op::repeatLazy) {
+        return code[at + 1] > 0 ? at + 3 : None;
+    }
+    return op == Op::byte || op == Op::either || op == Op::set || op == Op::noBreak ? at : None;
 }
 
 }  // namespace
 
 int compile(const char* pattern, std::uint32_t options, Head& head, std::uint32_t* code) {
-    if (std::strlen(pattern) > kMaxPattern)
-        return static_cast<int>(kMaxPattern);
+    if (std::strlen(pattern) > MaxPattern) {
+        return static_cast<int>(MaxPattern);
+    }
     head.options = options;
-    head.firstByte = kNone;
+    head.firstByte = None;
     const int fault = Compiler(pattern, options, code).run(head);
-    if (fault < 0 && code != nullptr)
+    if (fault < 0 && code != nullptr) {
         head.firstByte = findFirstByte(code);
+    }
     return fault;
 }
 

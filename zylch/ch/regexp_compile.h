@@ -16,8 +16,8 @@
 namespace zylch::regexp {
 
 /// The most bytes of a pattern, and the most groups that stand in each other.
-inline constexpr std::uint32_t kMaxPattern = 65535;
-inline constexpr int kMaxDepth = 100;
+inline constexpr std::uint32_t MaxPattern = 65535;
+inline constexpr int MaxDepth = 100;
 
 /// Compiles `pattern` under `options` (bits of Option) and fills all of `head` but the magic word. `code` has
 /// room for `head.codeWords` words as a first call with null gave them. Returns -1, or the place of the

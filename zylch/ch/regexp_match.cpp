@@ -11,16 +11,16 @@ namespace zylch::regexp {
 namespace {
 
 #ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION
-constexpr std::uint64_t kStepsAtLeast = 1ULL << 14;  // or slow patterns would take all the time there is
+constexpr std::uint64_t StepsAtLeast = 1ULL << 14;  // or slow patterns would take all the time there is
 #else
-constexpr std::uint64_t kStepsAtLeast = 1ULL << 26;
+constexpr std::uint64_t StepsAtLeast = 1ULL << 26;
 #endif
-constexpr std::uint64_t kStepsPerByte = 1024;
-constexpr std::uint32_t kBytesPerStep = 16;
+constexpr std::uint64_t StepsPerByte = 1024;
+constexpr std::uint32_t BytesPerStep = 16;
 
 /// Words of the repetition in front of its one-byte instruction.
-constexpr std::uint32_t kRepeatWords = 3;
-constexpr std::uint32_t kLoopNextWords = 8;
+constexpr std::uint32_t RepeatWords = 3;
+constexpr std::uint32_t LoopNextWords = 8;
 
 std::uint32_t wordsOfOneByte(const std::uint32_t* ins) {
     switch (static_cast<Op>(ins[0])) {
@@ -29,7 +29,7 @@ std::uint32_t wordsOfOneByte(const std::uint32_t* ins) {
         case Op::either:
             return 3;
         case Op::set:
-            return 1 + kSetWords;
+            return 1 + SetWords;
         default:
             return 1;
     }
@@ -40,8 +40,9 @@ bool inSet(const std::uint32_t* ins, unsigned byte) { return (ins[1 + byte / 32]
 template <class Condition>
 std::uint32_t countWhile(const Zyl8u* at, std::uint32_t limit, Condition holds) {
     std::uint32_t count = 0;
-    while (count < limit && holds(at[count]))
+    while (count < limit && holds(at[count])) {
         ++count;
+    }
     return count;
 }
 
@@ -58,27 +59,29 @@ Matcher::Matcher(const State& state, const Zyl8u* src, int len)
       m_stackEntries(state.head().stackEntries),
       m_src(src),
       m_len(static_cast<std::uint32_t>(len)),
-      m_steps(kStepsAtLeast + kStepsPerByte * m_len) {}
+      m_steps(StepsAtLeast + StepsPerByte * m_len) {}
 
 Matcher::~Matcher() { std::free(m_heapStack); }
 
 Outcome Matcher::search(std::uint32_t from) {
     // A failed attempt puts back every group it has set, so once is enough.
-    std::fill_n(m_captures, m_groups, Capture{kNone, kNone});
+    std::fill_n(m_captures, m_groups, Capture{None, None});
     charge(m_groups);
     for (std::uint32_t start = firstCandidate(from); start <= m_len; start = firstCandidate(start + 1)) {
         const Outcome outcome = matchAt(start);
-        if (outcome != Outcome::none)
+        if (outcome != Outcome::none) {
             return outcome;
+        }
     }
     return Outcome::none;
 }
 
 // Goes over places where no match can begin.
 std::uint32_t Matcher::firstCandidate(std::uint32_t from) const {
-    if (m_firstByte != kNone) {
-        while (from < m_len && !matches(m_code + m_firstByte, m_src[from]))
+    if (m_firstByte != None) {
+        while (from < m_len && !matches(m_code + m_firstByte, m_src[from])) {
             ++from;
+        }
     }
     return from;
 }
@@ -94,8 +97,9 @@ Outcome Matcher::matchAt(std::uint32_t start) {
             m_captures[0] = {start, m_pos};
             return Outcome::match;
         }
-        if (!step(ins) && !backtrack())
+        if (!step(ins) && !backtrack()) {
             return m_full ? Outcome::limit : Outcome::none;
+        }
     }
     return Outcome::limit;
 }
@@ -107,8 +111,9 @@ std::uint32_t Matcher::next() const {
 
 ZylRegExpFind Matcher::record(std::uint32_t group) const {
     const Capture& bounds = m_captures[group];
-    if (bounds.end == kNone)
+    if (bounds.end == None) {
         return {nullptr, 0};
+    }
     return {m_src + bounds.start, static_cast<int>(bounds.end - bounds.start)};
 }
 
@@ -171,8 +176,9 @@ bool Matcher::step(const std::uint32_t* ins) {
 bool Matcher::backtrack() {
     while (m_top > 0 && !m_full) {
         charge(1);
-        if (resume(m_stack[m_top - 1]))
+        if (resume(m_stack[m_top - 1])) {
             return true;
+        }
     }
     return false;
 }
@@ -188,8 +194,9 @@ bool Matcher::resume(Entry& top) {
     }
     const Entry entry = top;
     --m_top;
-    if (restore(entry) || entry.kind == Entry::aheadMark)
+    if (restore(entry) || entry.kind == Entry::aheadMark) {
         return false;
+    }
     m_pc = entry.pc;
     m_pos = entry.a;
     return entry.kind != Entry::iteration || loopTurn(m_code + m_pc);
@@ -206,14 +213,17 @@ bool Matcher::push(Entry::Kind kind, std::uint32_t pc, std::uint32_t a, std::uin
 
 // To twice its room. What has grown once serves the further searches of this matcher as it is.
 bool Matcher::growStack() {
-    const std::uint32_t room = std::min(std::max(2 * m_stackEntries, 1U), kMaxHeapStack);
-    if (room <= m_stackEntries)
+    const std::uint32_t room = std::min(std::max(2 * m_stackEntries, 1U), MaxHeapStack);
+    if (room <= m_stackEntries) {
         return false;
+    }
     auto* grown = static_cast<Entry*>(std::realloc(m_heapStack, room * sizeof(Entry)));
-    if (grown == nullptr)
+    if (grown == nullptr) {
         return false;
-    if (m_heapStack == nullptr)
+    }
+    if (m_heapStack == nullptr) {
         std::copy_n(m_stack, m_top, grown);
+    }
     m_heapStack = grown;
     m_stack = grown;
     m_stackEntries = room;
@@ -230,12 +240,13 @@ bool Matcher::keepLoop(std::uint32_t loop) {
 
 // Puts an old value back; false if the entry holds none.
 bool Matcher::restore(const Entry& entry) {
-    if (entry.kind == Entry::oldCapture)
+    if (entry.kind == Entry::oldCapture) {
         m_captures[entry.pc] = {entry.a, entry.b};
-    else if (entry.kind == Entry::oldLoop)
+    } else if (entry.kind == Entry::oldLoop) {
         m_loops[entry.pc] = {entry.a, entry.b};
-    else
+    } else {
         return false;
+    }
     return true;
 }
 
@@ -255,8 +266,9 @@ bool Matcher::matches(const std::uint32_t* ins, unsigned byte) const {
 }
 
 bool Matcher::oneByte(const std::uint32_t* ins, std::uint32_t words) {
-    if (m_pos == m_len || !matches(ins, m_src[m_pos]))
+    if (m_pos == m_len || !matches(ins, m_src[m_pos])) {
         return false;
+    }
     ++m_pos;
     return advance(words);
 }
@@ -277,22 +289,24 @@ std::uint32_t Matcher::countMatches(const std::uint32_t* ins, std::uint32_t limi
 
 // A whole run of bytes leaves one entry, however long it is.
 bool Matcher::repeat(const std::uint32_t* ins, bool lazy) {
-    const std::uint32_t* what = ins + kRepeatWords;
+    const std::uint32_t* what = ins + RepeatWords;
     const std::uint32_t least = ins[1];
     const std::uint32_t limit = std::min(ins[2], m_len - m_pos);
     const std::uint32_t count = countMatches(what, lazy ? std::min(least, limit) : limit);
-    charge(count / kBytesPerStep);
-    if (count < least)
+    charge(count / BytesPerStep);
+    if (count < least) {
         return false;
+    }
     const std::uint32_t from = m_pos;
-    const std::uint32_t behind = m_pc + kRepeatWords + wordsOfOneByte(what);
+    const std::uint32_t after = m_pc + RepeatWords + wordsOfOneByte(what);
     m_pos += count;
     bool kept = true;
-    if (lazy && limit > least)
+    if (lazy && limit > least) {
         kept = push(Entry::shortest, m_pc, m_pos, limit - least);
-    else if (!lazy && count > least)
-        kept = push(Entry::longest, behind, m_pos, from + least);
-    m_pc = behind;
+    } else if (!lazy && count > least) {
+        kept = push(Entry::longest, after, m_pos, from + least);
+    }
+    m_pc = after;
     return kept;
 }
 
@@ -301,34 +315,38 @@ bool Matcher::giveBack(Entry& entry) {
     std::uint32_t at = entry.a - 1;
     const std::uint32_t* following = m_code + entry.pc;
     if (static_cast<Op>(following[0]) == Op::byte) {
-        while (at > entry.b && m_src[at] != following[1])
+        while (at > entry.b && m_src[at] != following[1]) {
             --at;
+        }
     }
-    charge((entry.a - at) / kBytesPerStep);
+    charge((entry.a - at) / BytesPerStep);
     entry.a = at;
     m_pos = at;
     m_pc = entry.pc;
-    if (at == entry.b)
+    if (at == entry.b) {
         --m_top;
+    }
     return true;
 }
 
 bool Matcher::takeMore(Entry& entry) {
-    const std::uint32_t* what = m_code + entry.pc + kRepeatWords;
+    const std::uint32_t* what = m_code + entry.pc + RepeatWords;
     if (!matches(what, m_src[entry.a])) {
         --m_top;
         return false;
     }
     m_pos = ++entry.a;
-    m_pc = entry.pc + kRepeatWords + wordsOfOneByte(what);
-    if (--entry.b == 0)
+    m_pc = entry.pc + RepeatWords + wordsOfOneByte(what);
+    if (--entry.b == 0) {
         --m_top;
+    }
     return true;
 }
 
 bool Matcher::loopStart(std::uint32_t loop) {
-    if (!keepLoop(loop))
+    if (!keepLoop(loop)) {
         return false;
+    }
     m_loops[loop] = {0, m_pos};
     return advance(2);
 }
@@ -336,51 +354,60 @@ bool Matcher::loopStart(std::uint32_t loop) {
 bool Matcher::loopNext(const std::uint32_t* ins) {
     const std::uint32_t count = m_loops[ins[1]].count;
     const std::uint32_t exit = ins[7];
-    if (count < ins[2])
+    if (count < ins[2]) {
         return loopTurn(ins);
-    if (count >= ins[3])
+    }
+    if (count >= ins[3]) {
         return jump(exit);
+    }
     const bool lazy = ins[4] != 0;
-    if (lazy)
+    if (lazy) {
         return push(Entry::iteration, m_pc, m_pos) && jump(exit);
+    }
     return push(Entry::choice, m_pc + exit, m_pos) && loopTurn(ins);
 }
 
 // Every turn begins with the groups inside unset.
 bool Matcher::loopTurn(const std::uint32_t* ins) {
     const std::uint32_t loop = ins[1];
-    if (!keepLoop(loop))
+    if (!keepLoop(loop)) {
         return false;
+    }
     m_loops[loop] = {m_loops[loop].count + 1, m_pos};
     charge(ins[6] - ins[5]);
     for (std::uint32_t group = ins[5]; group < ins[6]; ++group) {
-        if (m_captures[group].end == kNone)
+        if (m_captures[group].end == None) {
             continue;
-        if (!keepCapture(group))
+        }
+        if (!keepCapture(group)) {
             return false;
-        m_captures[group] = {kNone, kNone};
+        }
+        m_captures[group] = {None, None};
     }
-    return advance(kLoopNextWords);
+    return advance(LoopNextWords);
 }
 
 // A turn that was not needed and matched nothing would go on for ever: that path ends.
 bool Matcher::loopEnd(const std::uint32_t* ins) {
     const Loop& loop = m_loops[ins[1]];
-    if (loop.count > ins[2] && loop.start == m_pos)
+    if (loop.count > ins[2] && loop.start == m_pos) {
         return false;
+    }
     return jump(ins[3]);
 }
 
 bool Matcher::open(std::uint32_t group) {
-    if (!keepCapture(group))
+    if (!keepCapture(group)) {
         return false;
-    m_captures[group] = {m_pos, kNone};
+    }
+    m_captures[group] = {m_pos, None};
     return advance(2);
 }
 
 bool Matcher::close(std::uint32_t group) {
-    if (!keepCapture(group))
+    if (!keepCapture(group)) {
         return false;
+    }
     m_captures[group].end = m_pos;
     return advance(2);
 }
@@ -388,22 +415,26 @@ bool Matcher::close(std::uint32_t group) {
 // A group that took no part matches the empty text.
 bool Matcher::back(std::uint32_t group) {
     const Capture& bounds = m_captures[group];
-    if (bounds.end == kNone)
+    if (bounds.end == None) {
         return advance(2);
+    }
     const std::uint32_t count = bounds.end - bounds.start;
-    charge(count / kBytesPerStep);
-    if (count > m_len - m_pos || !sameBytes(bounds.start, count))
+    charge(count / BytesPerStep);
+    if (count > m_len - m_pos || !sameBytes(bounds.start, count)) {
         return false;
+    }
     m_pos += count;
     return advance(2);
 }
 
 bool Matcher::sameBytes(std::uint32_t at, std::uint32_t count) const {
-    if ((m_options & optionIgnoreCase) == 0)
+    if ((m_options & optionIgnoreCase) == 0) {
         return std::memcmp(m_src + at, m_src + m_pos, count) == 0;
+    }
     for (std::uint32_t i = 0; i < count; ++i) {
-        if (lowerCase(m_src[at + i]) != lowerCase(m_src[m_pos + i]))
+        if (lowerCase(m_src[at + i]) != lowerCase(m_src[m_pos + i])) {
             return false;
+        }
     }
     return true;
 }
@@ -415,8 +446,9 @@ bool Matcher::ahead(const std::uint32_t* ins, Entry::Kind kind) {
 // A lookahead is over before it can begin again, so the topmost mark of its id is the one.
 std::uint32_t Matcher::findMark(Entry::Kind kind, std::uint32_t id) {
     std::uint32_t at = m_top - 1;
-    while (m_stack[at].kind != kind || m_stack[at].b != id)
+    while (m_stack[at].kind != kind || m_stack[at].b != id) {
         --at;
+    }
     charge(m_top - at);
     return at;
 }
@@ -427,8 +459,9 @@ bool Matcher::aheadEnd(std::uint32_t id) {
     m_pos = m_stack[mark].a;
     std::uint32_t kept = mark;
     for (std::uint32_t i = mark + 1; i < m_top; ++i) {
-        if (m_stack[i].kind == Entry::oldCapture || m_stack[i].kind == Entry::oldLoop)
+        if (m_stack[i].kind == Entry::oldCapture || m_stack[i].kind == Entry::oldLoop) {
             m_stack[kept++] = m_stack[i];
+        }
     }
     m_top = kept;
     return advance(2);
@@ -437,8 +470,9 @@ bool Matcher::aheadEnd(std::uint32_t id) {
 // What must not stand ahead does: everything since the mark is put back, and the path ends.
 bool Matcher::notAheadEnd(std::uint32_t id) {
     const std::uint32_t mark = findMark(Entry::notAheadMark, id);
-    while (m_top > mark)
+    while (m_top > mark) {
         restore(m_stack[--m_top]);
+    }
     return false;
 }
 

@@ -15,7 +15,7 @@ namespace zylch::regexp {
 enum class Outcome {
     match,
     none,
-    /// Too many steps, or the backtrack stack was full: of kMaxHeapStack entries, or of all memory there was.
+    /// Too many steps, or the backtrack stack was full: of MaxHeapStack entries, or of all memory there was.
     limit
 };
 
@@ -29,10 +29,10 @@ class Matcher {
     Matcher(const Matcher&) = delete;
     Matcher& operator=(const Matcher&) = delete;
 
-    /// The leftmost match that begins at `from` or behind; `from` may be at or beyond the end.
+    /// The leftmost match that begins at `from` or after; `from` may be at or beyond the end.
     Outcome search(std::uint32_t from);
 
-    /// Where the next search for further matches begins: behind the match, or a byte on after an empty one.
+    /// Where the next search for further matches begins: after the match, or a byte on after an empty one.
     std::uint32_t next() const;
     bool global() const { return (m_options & optionGlobal) != 0; }
 

@@ -6,19 +6,22 @@
 namespace zylch::regexp {
 
 bool PatternReader::take(unsigned byte) {
-    if (peek() != byte)
+    if (peek() != byte) {
         return false;
+    }
     ++m_at;
     return true;
 }
 
 void PatternReader::skipBlanks() {
-    if (!has(optionExtended))
+    if (!has(optionExtended)) {
         return;
+    }
     for (;; ++m_at) {
         if (peek() == '#') {
-            while (peek(1) != '\0' && peek(1) != '\n')
+            while (peek(1) != '\0' && peek(1) != '\n') {
                 ++m_at;
+            }
         } else if (!isBlank(peek())) {
             return;
         }
@@ -26,8 +29,9 @@ void PatternReader::skipBlanks() {
 }
 
 bool PatternReader::fault(std::uint32_t at) {
-    if (m_fault < 0)
+    if (m_fault < 0) {
         m_fault = static_cast<int>(at);
+    }
     return false;
 }
 
@@ -35,20 +39,22 @@ bool PatternReader::quantifier(Quantifier& result) {
     std::uint32_t length = 1;
     switch (peek()) {
         case '*':
-            result = {0, kNone, false};
+            result = {0, None, false};
             break;
         case '+':
-            result = {1, kNone, false};
+            result = {1, None, false};
             break;
         case '?':
             result = {0, 1, false};
             break;
         default:
-            if (!braces(result, length))
+            if (!braces(result, length)) {
                 return false;
+            }
     }
-    if (result.least > result.most)
+    if (result.least > result.most) {
         return fault(m_at);
+    }
     m_at += length;
     result.lazy = take('?');
     return true;
@@ -56,11 +62,13 @@ bool PatternReader::quantifier(Quantifier& result) {
 
 bool PatternReader::braces(Quantifier& result, std::uint32_t& length) const {
     std::uint32_t at = m_at + 1;
-    if (peek() != '{' || !number(at, result.least))
+    if (peek() != '{' || !number(at, result.least)) {
         return false;
+    }
     result.most = result.least;
-    if (m_pattern[at] == ',' && !number(++at, result.most))
-        result.most = kNone;
+    if (m_pattern[at] == ',' && !number(++at, result.most)) {
+        result.most = None;
+    }
     length = at + 1 - m_at;
     return m_pattern[at] == '}';
 }
@@ -70,8 +78,9 @@ bool PatternReader::number(std::uint32_t& at, std::uint32_t& value) const {
     constexpr std::uint64_t most = 0x7FFFFFFF;
     const std::uint32_t from = at;
     std::uint64_t sum = 0;
-    for (; isDigit(m_pattern[at]); ++at)
+    for (; isDigit(m_pattern[at]); ++at) {
         sum = std::min(sum * 10 + (m_pattern[at] - '0'), most);
+    }
     value = static_cast<std::uint32_t>(sum);
     return at > from;
 }
@@ -80,13 +89,16 @@ int PatternReader::characterEscape() {
     constexpr char letters[] = "ntrfv";
     constexpr char bytes[] = "\n\t\r\f\v";
     const unsigned letter = peek(1);
-    if (letter == 'x')
+    if (letter == 'x') {
         return hexEscape();
-    if (letter == '\0' || letter >= 0x80 || isDigit(letter))
+    }
+    if (letter == '\0' || letter >= 0x80 || isDigit(letter)) {
         return -1;
+    }
     const char* known = std::strchr(letters, static_cast<int>(letter));
-    if (known == nullptr && isLetter(letter))
+    if (known == nullptr && isLetter(letter)) {
         return -1;
+    }
     m_at += 2;
     return known != nullptr ? bytes[known - letters] : static_cast<int>(letter);
 }
@@ -94,8 +106,9 @@ int PatternReader::characterEscape() {
 int PatternReader::hexEscape() {
     const int high = hexValue(peek(2));
     const int low = high < 0 ? -1 : hexValue(peek(3));
-    if (low < 0)
+    if (low < 0) {
         return -1;
+    }
     m_at += 4;
     return high * 16 + low;
 }
@@ -104,15 +117,19 @@ bool PatternReader::bracket(CharSet& set) {
     const std::uint32_t from = m_at++;
     const bool negative = take('^');
     while (!take(']')) {
-        if (peek() == '\0')
+        if (peek() == '\0') {
             return fault(from);
-        if (!bracketRange(set))
+        }
+        if (!bracketRange(set)) {
             return false;
+        }
     }
-    if (has(optionIgnoreCase))
+    if (has(optionIgnoreCase)) {
         set.addOtherCases();
-    if (negative)
+    }
+    if (negative) {
         set.invert();
+    }
     return true;
 }
 
@@ -120,20 +137,24 @@ bool PatternReader::bracket(CharSet& set) {
 bool PatternReader::bracketRange(CharSet& set) {
     const std::uint32_t from = m_at;
     int first = -1;
-    if (!bracketMember(set, first))
+    if (!bracketMember(set, first)) {
         return false;
-    if (first < 0 || peek() != '-' || peek(1) == ']' || peek(1) == '\0')
+    }
+    if (first < 0 || peek() != '-' || peek(1) == ']' || peek(1) == '\0') {
         return true;
+    }
     ++m_at;
     int last = -1;
-    if (!bracketMember(set, last))
+    if (!bracketMember(set, last)) {
         return false;
+    }
     if (last < 0) {
         set.add('-');
         return true;
     }
-    if (last < first)
+    if (last < first) {
         return fault(from);
+    }
     set.addRange(static_cast<unsigned>(first), static_cast<unsigned>(last));
     return true;
 }
@@ -155,8 +176,9 @@ bool PatternReader::bracketMember(CharSet& set, int& single) {
     } else {
         single = characterEscape();
     }
-    if (single < 0)
+    if (single < 0) {
         return fault(from);
+    }
     set.add(static_cast<unsigned>(single));
     return true;
 }

@@ -12,7 +12,7 @@ namespace zylch::regexp {
 
 struct Quantifier {
     std::uint32_t least = 1;
-    /// kNone for any number.
+    /// None for any number.
     std::uint32_t most = 1;
     bool lazy = false;
 };

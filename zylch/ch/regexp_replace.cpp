@@ -13,7 +13,7 @@ namespace {
 
 using namespace zylch::regexp;
 
-constexpr std::uint32_t kReplaceMagic = 0x5A4C5250U;
+constexpr std::uint32_t ReplaceMagic = 0x5A4C5250U;
 
 /// The head of a replacement's state block; the text without its NUL follows.
 struct ReplaceHead {
@@ -28,7 +28,7 @@ const Zyl8u* replacementOf(const void* state) {
 const ReplaceHead& headOf(const void* state) { return *static_cast<const ReplaceHead*>(state); }
 
 int checkReplaceState(const void* state) {
-    return isAligned(state) && headOf(state).magic == kReplaceMagic ? zylStsNoErr : zylStsRegExpStateErr;
+    return isAligned(state) && headOf(state).magic == ReplaceMagic ? zylStsNoErr : zylStsRegExpStateErr;
 }
 
 std::size_t lengthOf(const Zyl8u* replacement) {
@@ -49,8 +49,9 @@ Piece nextPiece(const Zyl8u* at, const Zyl8u* end, const Matcher& matcher, int& 
         return {at, used};
     }
     used = 2;
-    if (end - at > 1 && at[1] == '$')
+    if (end - at > 1 && at[1] == '$') {
         return {at, 1};
+    }
     if (end - at > 1 && isDigit(at[1]) && at[1] - std::uint32_t{'0'} < matcher.groups()) {
         const ZylRegExpFind group = matcher.record(at[1] - std::uint32_t{'0'});
         return {static_cast<const Zyl8u*>(group.pFind), group.lenFind};
@@ -68,8 +69,9 @@ class Output {
     /// As much as there is room for; returns its length.
     int put(const Zyl8u* text, int length) {
         const int fits = std::min(length, m_room);
-        if (fits > 0)
+        if (fits > 0) {
             std::memcpy(m_dst + m_written, text, static_cast<std::size_t>(fits));
+        }
         m_written += fits;
         m_room -= fits;
         return fits;
@@ -123,15 +125,19 @@ int Replacement::run(const void* replaceState, ZylRegExpFind found[], int capaci
     std::uint32_t from = 0;
     while (m_replaced < capacity) {
         const Outcome outcome = m_matcher.search(from);
-        if (outcome == Outcome::limit)
+        if (outcome == Outcome::limit) {
             return zylStsRegExpLimitErr;
-        if (outcome == Outcome::none)
+        }
+        if (outcome == Outcome::none) {
             break;
+        }
         const int status = replaceMatch(replaceState, found);
-        if (status != zylStsNoErr)
+        if (status != zylStsNoErr) {
             return status;
-        if (!m_matcher.global())
+        }
+        if (!m_matcher.global()) {
             break;
+        }
         from = m_matcher.next();
     }
     return copyTo(m_len) ? zylStsNoErr : zylStsNoRoomNote;
@@ -139,8 +145,9 @@ int Replacement::run(const void* replaceState, ZylRegExpFind found[], int capaci
 
 int Replacement::replaceMatch(const void* replaceState, ZylRegExpFind found[]) {
     const Capture& whole = m_matcher.capture(0);
-    if (!copyTo(static_cast<int>(whole.start)) || !m_output.putReplacement(replaceState, m_matcher))
+    if (!copyTo(static_cast<int>(whole.start)) || !m_output.putReplacement(replaceState, m_matcher)) {
         return zylStsNoRoomNote;
+    }
     m_consumed = static_cast<int>(whole.end);
     found[m_replaced++] = m_matcher.record(0);
     return zylStsNoErr;
@@ -155,22 +162,26 @@ bool Replacement::copyTo(int end) {
 }  // namespace
 
 int zylsRegExpReplaceGetSize(const Zyl8u* replacement, int* size) {
-    if (replacement == nullptr || size == nullptr)
+    if (replacement == nullptr || size == nullptr) {
         return zylStsNullPtrErr;
+    }
     const std::size_t bytes = sizeof(ReplaceHead) + lengthOf(replacement);
-    if (bytes > INT32_MAX)
+    if (bytes > INT32_MAX) {
         return zylStsSizeErr;
+    }
     *size = static_cast<int>(bytes);
     return zylStsNoErr;
 }
 
 int zylsRegExpReplaceInit(const Zyl8u* replacement, void* state) {
-    if (replacement == nullptr || state == nullptr)
+    if (replacement == nullptr || state == nullptr) {
         return zylStsNullPtrErr;
-    if (!isAligned(state))
+    }
+    if (!isAligned(state)) {
         return zylStsBadArgErr;
+    }
     const std::size_t length = lengthOf(replacement);
-    *static_cast<ReplaceHead*>(state) = {kReplaceMagic, static_cast<std::uint32_t>(length)};
+    *static_cast<ReplaceHead*>(state) = {ReplaceMagic, static_cast<std::uint32_t>(length)};
     std::memcpy(static_cast<Zyl8u*>(state) + sizeof(ReplaceHead), replacement, length);
     return zylStsNoErr;
 }
@@ -178,12 +189,15 @@ int zylsRegExpReplaceInit(const Zyl8u* replacement, void* state) {
 int zylsRegExpReplace_8u(const Zyl8u* src, int* lenSrc, Zyl8u* dst, int* lenDst, ZylRegExpFind found[],
                          int* count, void* state, void* replaceState) {
     if (src == nullptr || lenSrc == nullptr || dst == nullptr || lenDst == nullptr || found == nullptr ||
-        count == nullptr || state == nullptr || replaceState == nullptr)
+        count == nullptr || state == nullptr || replaceState == nullptr) {
         return zylStsNullPtrErr;
-    if (*lenSrc < 0 || *lenDst < 0 || *count < 0)
+    }
+    if (*lenSrc < 0 || *lenDst < 0 || *count < 0) {
         return zylStsSizeErr;
-    if (checkState(state) != zylStsNoErr || checkReplaceState(replaceState) != zylStsNoErr)
+    }
+    if (checkState(state) != zylStsNoErr || checkReplaceState(replaceState) != zylStsNoErr) {
         return zylStsRegExpStateErr;
+    }
     Replacement replacement(src, *lenSrc, dst, *lenDst, State(state));
     const int status = replacement.run(replaceState, found, *count);
     *lenSrc = replacement.consumed();

@@ -20,35 +20,40 @@ constexpr unsigned lowerCase(unsigned byte) { return isUpper(byte) ? byte + 0x20
 
 /// The value of a hexadecimal digit, or -1.
 constexpr int hexValue(unsigned byte) {
-    if (isDigit(byte))
+    if (isDigit(byte)) {
         return static_cast<int>(byte - '0');
+    }
     const unsigned lower = byte | 0x20U;
     return lower - 'a' < 6U ? static_cast<int>(lower - 'a' + 10U) : -1;
 }
 
 struct CharSet {
-    std::uint32_t words[kSetWords] = {};
+    std::uint32_t words[SetWords] = {};
 
     bool has(unsigned byte) const { return (words[byte / 32] >> (byte % 32) & 1U) != 0; }
     void add(unsigned byte) { words[byte / 32] |= 1U << (byte % 32); }
     void addRange(unsigned first, unsigned last) {
-        for (unsigned byte = first; byte <= last; ++byte)
+        for (unsigned byte = first; byte <= last; ++byte) {
             add(byte);
+        }
     }
     void add(const CharSet& other) {
-        for (std::uint32_t i = 0; i < kSetWords; ++i)
+        for (std::uint32_t i = 0; i < SetWords; ++i) {
             words[i] |= other.words[i];
+        }
     }
     void invert() {
-        for (std::uint32_t& word : words)
+        for (std::uint32_t& word : words) {
             word = ~word;
+        }
     }
     /// Adds the other case of every letter in the set.
     void addOtherCases() {
         for (unsigned byte = 'a'; byte <= 'z'; ++byte) {
             const unsigned upper = byte - 0x20U;
-            if (!has(byte) && !has(upper))
+            if (!has(byte) && !has(upper)) {
                 continue;
+            }
             add(byte);
             add(upper);
         }
@@ -62,12 +67,14 @@ inline bool namedSet(unsigned letter, CharSet& set) {
                                       : lowerCase(letter) == 'w' ? +[](unsigned b) { return isWord(b); }
                                       : lowerCase(letter) == 's' ? +[](unsigned b) { return isBlank(b); }
                                                                  : nullptr;
-    if (belongs == nullptr)
+    if (belongs == nullptr) {
         return false;
+    }
     set = CharSet{};
     for (unsigned byte = 0; byte < 256; ++byte) {
-        if (belongs(byte) != isUpper(letter))
+        if (belongs(byte) != isUpper(letter)) {
             set.add(byte);
+        }
     }
     return true;
 }

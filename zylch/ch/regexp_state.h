@@ -13,12 +13,12 @@
 namespace zylch::regexp {
 
 /// A position in the text or a group bound that is not there; also "without bound" of a quantifier.
-inline constexpr std::uint32_t kNone = 0xFFFFFFFFU;
+inline constexpr std::uint32_t None = 0xFFFFFFFFU;
 
 /// The instructions. A program is words of 32 bits: the operation, then its operands. Targets are distances
 /// from the instruction's own first word, modulo 2^32, so that code can be shifted as it stands.
 enum class Op : std::uint32_t {
-    // One byte of the text; these five may stand behind a repetition.
+    // One byte of the text; these five may stand after a repetition.
     byte,     ///< value
     either,   ///< value, value: the two cases of a letter
     set,      ///< eight words, a bit for each byte
@@ -40,8 +40,8 @@ enum class Op : std::uint32_t {
     close,  ///< group
     back,   ///< group
     // Lookahead, to an end of its own kind.
-    ahead,        ///< id, target behind
-    notAhead,     ///< id, target behind
+    ahead,        ///< id, target after it
+    notAhead,     ///< id, target after it
     aheadEnd,     ///< id
     notAheadEnd,  ///< id
     // Places.
@@ -53,7 +53,7 @@ enum class Op : std::uint32_t {
     notWordEdge
 };
 
-inline constexpr std::uint32_t kSetWords = 8;
+inline constexpr std::uint32_t SetWords = 8;
 
 enum Option : std::uint32_t {
     optionGlobal = 1,
@@ -63,7 +63,7 @@ enum Option : std::uint32_t {
     optionExtended = 16
 };
 
-/// Bounds of a group; kNone in `end` for one that took no part.
+/// Bounds of a group; None in `end` for one that took no part.
 struct Capture {
     std::uint32_t start;
     std::uint32_t end;
@@ -93,12 +93,12 @@ struct Entry {
     std::uint32_t b;
 };
 
-inline constexpr std::uint32_t kStateMagic = 0x5A4C5258U;
+inline constexpr std::uint32_t StateMagic = 0x5A4C5258U;
 
 /// Entries of the largest stack in a block, for patterns whose need depends on the text. Others have less.
-inline constexpr std::uint32_t kMaxStack = 32768;
+inline constexpr std::uint32_t MaxStack = 32768;
 /// Entries that the stack of one search may grow to on the heap: 64 MiB.
-inline constexpr std::uint32_t kMaxHeapStack = 1U << 22;
+inline constexpr std::uint32_t MaxHeapStack = 1U << 22;
 
 struct Head {
     std::uint32_t magic;
@@ -108,7 +108,7 @@ struct Head {
     std::uint32_t groups;
     std::uint32_t loops;
     std::uint32_t stackEntries;
-    /// Place of a one-byte instruction that every match begins with, or kNone.
+    /// Place of a one-byte instruction that every match begins with, or None.
     std::uint32_t firstByte;
 };
 
@@ -147,7 +147,7 @@ inline bool isAligned(const void* block) {
 
 /// zylStsNoErr if `block` holds what zylsRegExpInit wrote, else zylStsRegExpStateErr.
 inline int checkState(void* block) {
-    return isAligned(block) && State(block).head().magic == kStateMagic ? zylStsNoErr : zylStsRegExpStateErr;
+    return isAligned(block) && State(block).head().magic == StateMagic ? zylStsNoErr : zylStsRegExpStateErr;
 }
 
 }  // namespace zylch::regexp

@@ -7,16 +7,18 @@
 
 namespace {
 
-constexpr zylch::Forms kReplaceBytes{zylch::plain::replaceBytes, zylch::sse2::replaceBytes,
-                                     zylch::avx2::replaceBytes};
+constexpr zylch::Forms ReplaceBytes{zylch::plain::replaceBytes, zylch::sse2::replaceBytes,
+                                    zylch::avx2::replaceBytes};
 
 }  // namespace
 
 int zylsReplaceC_8u(const Zyl8u* src, Zyl8u* dst, int len, Zyl8u oldValue, Zyl8u newValue) {
-    if (src == nullptr || dst == nullptr)
+    if (src == nullptr || dst == nullptr) {
         return zylStsNullPtrErr;
-    if (len < 0)
+    }
+    if (len < 0) {
         return zylStsSizeErr;
-    kReplaceBytes.forLength(len)(src, dst, len, oldValue, newValue);
+    }
+    ReplaceBytes.forLength(len)(src, dst, len, oldValue, newValue);
     return zylStsNoErr;
 }

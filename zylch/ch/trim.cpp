@@ -10,10 +10,10 @@ namespace {
 
 using namespace zylch;
 
-constexpr Forms kFirstOther{plain::firstOther, sse2::firstOther, avx2::firstOther};
-constexpr Forms kLastOther{plain::lastOther, sse2::lastOther, avx2::lastOther};
-constexpr Forms kFirstOutside{plain::firstOutside, sse2::firstOutside, avx2::firstOutside};
-constexpr Forms kLastOutside{plain::lastOutside, sse2::lastOutside, avx2::lastOutside};
+constexpr Forms FirstOther{plain::firstOther, sse2::firstOther, avx2::firstOther};
+constexpr Forms LastOther{plain::lastOther, sse2::lastOther, avx2::lastOther};
+constexpr Forms FirstOutside{plain::firstOutside, sse2::firstOutside, avx2::firstOutside};
+constexpr Forms LastOutside{plain::lastOutside, sse2::lastOutside, avx2::lastOutside};
 
 /// What is left of a text: [begin, end).
 struct Rest {
@@ -22,16 +22,16 @@ struct Rest {
 };
 
 Rest trimmed(const Zyl8u* src, int len, Zyl8u value) {
-    const int begin = kFirstOther.forLength(len)(src, len, value);
-    return begin < 0 ? Rest{0, 0} : Rest{begin, kLastOther.forLength(len)(src, len, value) + 1};
+    const int begin = FirstOther.forLength(len)(src, len, value);
+    return begin < 0 ? Rest{0, 0} : Rest{begin, LastOther.forLength(len)(src, len, value) + 1};
 }
 
 int firstKept(const Zyl8u* src, int len, const ByteSet& set) {
-    return (set.isSmall() ? kFirstOutside.forLength(len) : kFirstOutside.ofPlainPath())(src, len, set);
+    return (set.isSmall() ? FirstOutside.forLength(len) : FirstOutside.ofPlainPath())(src, len, set);
 }
 
 int lastKept(const Zyl8u* src, int len, const ByteSet& set) {
-    return (set.isSmall() ? kLastOutside.forLength(len) : kLastOutside.ofPlainPath())(src, len, set);
+    return (set.isSmall() ? LastOutside.forLength(len) : LastOutside.ofPlainPath())(src, len, set);
 }
 
 Rest trimmedStart(const Zyl8u* src, int len, const ByteSet& set) {
@@ -53,10 +53,12 @@ void putRest(const Zyl8u* src, Rest rest, Zyl8u* dst, int* lenDst) {
 
 int trimAny(Rest (*trim)(const Zyl8u*, int, const ByteSet&), const Zyl8u* src, int len, const Zyl8u* set,
             int lenSet, Zyl8u* dst, int* lenDst) {
-    if (src == nullptr || set == nullptr || dst == nullptr || lenDst == nullptr)
+    if (src == nullptr || set == nullptr || dst == nullptr || lenDst == nullptr) {
         return zylStsNullPtrErr;
-    if (len < 0 || lenSet < 0)
+    }
+    if (len < 0 || lenSet < 0) {
         return zylStsSizeErr;
+    }
     putRest(src, trim(src, len, ByteSet(set, lenSet)), dst, lenDst);
     return zylStsNoErr;
 }
@@ -64,17 +66,20 @@ int trimAny(Rest (*trim)(const Zyl8u*, int, const ByteSet&), const Zyl8u* src, i
 }  // namespace
 
 int zylsTrimC_8u(const Zyl8u* src, int len, Zyl8u value, Zyl8u* dst, int* lenDst) {
-    if (src == nullptr || dst == nullptr || lenDst == nullptr)
+    if (src == nullptr || dst == nullptr || lenDst == nullptr) {
         return zylStsNullPtrErr;
-    if (len < 0)
+    }
+    if (len < 0) {
         return zylStsSizeErr;
+    }
     putRest(src, trimmed(src, len, value), dst, lenDst);
     return zylStsNoErr;
 }
 
 int zylsTrimC_8u_I(Zyl8u* data, int* len, Zyl8u value) {
-    if (len == nullptr)
+    if (len == nullptr) {
         return zylStsNullPtrErr;
+    }
     return zylsTrimC_8u(data, *len, value, data, len);
 }
 

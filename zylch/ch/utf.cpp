@@ -34,8 +34,9 @@ void put(Unit* text, int i, std::uint32_t value) {
 template <class From, class To>
 int runPlain(const From* src, To* dst, int n) {
     int done = 0;
-    for (; done < n && at(src, done) < 0x80; ++done)
+    for (; done < n && at(src, done) < 0x80; ++done) {
         put(dst, done, at(src, done));
+    }
     return done;
 }
 
@@ -44,8 +45,9 @@ int runPlain(const From* src, To* dst, int n) {
     int done = 0;
     for (; n - done >= 16; done += 16) {
         const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + done));
-        if (_mm_movemask_epi8(bytes) != 0)
+        if (_mm_movemask_epi8(bytes) != 0) {
             break;
+        }
         _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + done), _mm_unpacklo_epi8(bytes, zero));
         _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + done + 8), _mm_unpackhi_epi8(bytes, zero));
     }
@@ -56,8 +58,9 @@ int runPlain(const From* src, To* dst, int n) {
     int done = 0;
     for (; n - done >= 32; done += 32) {
         const __m256i bytes = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + done));
-        if (_mm256_movemask_epi8(bytes) != 0)
+        if (_mm256_movemask_epi8(bytes) != 0) {
             break;
+        }
         const __m256i low = _mm256_cvtepu8_epi16(_mm256_castsi256_si128(bytes));
         const __m256i high = _mm256_cvtepu8_epi16(_mm256_extracti128_si256(bytes, 1));
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst + done), low);
@@ -74,8 +77,9 @@ int runPlain(const From* src, To* dst, int n) {
         const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + done));
         const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + done + 8));
         const __m128i beyond = _mm_and_si128(_mm_or_si128(low, high), beyondAscii);
-        if (_mm_movemask_epi8(_mm_cmpeq_epi16(beyond, zero)) != 0xFFFF)
+        if (_mm_movemask_epi8(_mm_cmpeq_epi16(beyond, zero)) != 0xFFFF) {
             break;
+        }
         _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + done), _mm_packus_epi16(low, high));
     }
     return done + runPlain(src + done, dst + done, n - done);
@@ -87,8 +91,9 @@ int runPlain(const From* src, To* dst, int n) {
     for (; n - done >= 32; done += 32) {
         const __m256i low = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + done));
         const __m256i high = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + done + 16));
-        if (_mm256_testz_si256(_mm256_or_si256(low, high), beyondAscii) == 0)
+        if (_mm256_testz_si256(_mm256_or_si256(low, high), beyondAscii) == 0) {
             break;
+        }
         // The pack works on each 128-bit half for itself; the permutation puts the quarters back in order.
         const __m256i packed = _mm256_permute4x64_epi64(_mm256_packus_epi16(low, high), 0xD8);
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst + done), packed);
@@ -96,8 +101,8 @@ int runPlain(const From* src, To* dst, int n) {
     return done + narrowSse2(src + done, dst + done, n - done);
 }
 
-constexpr zylch::Forms kWiden{runPlain<Zyl8u, Zyl16u>, widenSse2, widenAvx2};
-constexpr zylch::Forms kNarrow{runPlain<Zyl16u, Zyl8u>, narrowSse2, narrowAvx2};
+constexpr zylch::Forms Widen{runPlain<Zyl8u, Zyl16u>, widenSse2, widenAvx2};
+constexpr zylch::Forms Narrow{runPlain<Zyl16u, Zyl8u>, narrowSse2, narrowAvx2};
 
 bool isHighSurrogate(std::uint32_t code) { return (code & 0xFFFFFC00U) == 0xD800U; }
 
@@ -110,29 +115,34 @@ struct Character {
 };
 
 int lengthByFirstByte(Zyl8u first) {
-    if (first < 0x80)
+    if (first < 0x80) {
         return 1;
-    if (first < 0xC2 || first > 0xF4)
+    }
+    if (first < 0xC2 || first > 0xF4) {
         return 0;
+    }
     return first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
 }
 
 // Overlong forms of two bytes and first bytes of no character are told by the first byte already.
 bool inRangeOf(std::uint32_t code, int length) {
-    if (length == 4)
+    if (length == 4) {
         return code >= 0x10000U && code <= 0x10FFFFU;
+    }
     return length < 3 || code >= 0x800U;
 }
 
 Character decode(const Zyl8u* src, int len) {
-    constexpr std::uint32_t kFirstBits[5] = {0, 0x7F, 0x1F, 0x0F, 0x07};
+    constexpr std::uint32_t FirstBits[5] = {0, 0x7F, 0x1F, 0x0F, 0x07};
     const int length = lengthByFirstByte(src[0]);
-    if (length > len)
+    if (length > len) {
         return {0, 0};
-    std::uint32_t code = src[0] & kFirstBits[length];
+    }
+    std::uint32_t code = src[0] & FirstBits[length];
     for (int i = 1; i < length; ++i) {
-        if ((src[i] & 0xC0) != 0x80)
+        if ((src[i] & 0xC0) != 0x80) {
             return {0, 0};
+        }
         code = (code << 6) | (src[i] & 0x3FU);
     }
     return {code, inRangeOf(code, length) ? length : 0};
@@ -140,16 +150,18 @@ Character decode(const Zyl8u* src, int len) {
 
 Character decode(const Zyl16u* src, int len) {
     const std::uint32_t first = at(src, 0);
-    if (len > 1 && isHighSurrogate(first) && isLowSurrogate(at(src, 1)))
+    if (len > 1 && isHighSurrogate(first) && isLowSurrogate(at(src, 1))) {
         return {0x10000U + ((first & 0x3FFU) << 10) + (at(src, 1) & 0x3FFU), 2};
+    }
     return {first, 1};
 }
 
 int encodedLength(std::uint32_t code, const Zyl16u*) { return code < 0x10000U ? 1 : 2; }
 
 int encodedLength(std::uint32_t code, const Zyl8u*) {
-    if (code < 0x800U)
+    if (code < 0x800U) {
         return code < 0x80U ? 1 : 2;
+    }
     return code < 0x10000U ? 3 : 4;
 }
 
@@ -163,12 +175,12 @@ void encode(std::uint32_t code, Zyl16u* dst, int length) {
 }
 
 void encode(std::uint32_t code, Zyl8u* dst, int length) {
-    constexpr std::uint32_t kFirstMark[5] = {0, 0x00, 0xC0, 0xE0, 0xF0};
+    constexpr std::uint32_t FirstMark[5] = {0, 0x00, 0xC0, 0xE0, 0xF0};
     for (int i = length - 1; i > 0; --i) {
         dst[i] = static_cast<Zyl8u>(0x80U | (code & 0x3FU));
         code >>= 6;
     }
-    dst[0] = static_cast<Zyl8u>(kFirstMark[length] | code);
+    dst[0] = static_cast<Zyl8u>(FirstMark[length] | code);
 }
 
 // The two halves of a pair, coded as three bytes each, are no UTF-8: joined they would read as one character
@@ -187,11 +199,13 @@ struct Counts {
 template <class From, class To>
 int convertCharacter(const From* src, int lenSrc, To* dst, int lenDst, Counts& counts) {
     const Character character = decode(src + counts.consumed, lenSrc - counts.consumed);
-    if (character.length == 0 || completesPair(character.code, dst, counts.written))
+    if (character.length == 0 || completesPair(character.code, dst, counts.written)) {
         return zylStsBadArgErr;
+    }
     const int length = encodedLength(character.code, dst);
-    if (length > lenDst - counts.written)
+    if (length > lenDst - counts.written) {
         return zylStsNoRoomNote;
+    }
     encode(character.code, dst + counts.written, length);
     counts.consumed += character.length;
     counts.written += length;
@@ -220,10 +234,12 @@ int convert(const From* src, int* lenSrc, To* dst, int* lenDst,
 }
 
 int check(const void* src, const int* lenSrc, const void* dst, const int* lenDst, int flag) {
-    if (src == nullptr || lenSrc == nullptr || dst == nullptr || lenDst == nullptr)
+    if (src == nullptr || lenSrc == nullptr || dst == nullptr || lenDst == nullptr) {
         return zylStsNullPtrErr;
-    if (*lenSrc < 0 || *lenDst < 0)
+    }
+    if (*lenSrc < 0 || *lenDst < 0) {
         return zylStsSizeErr;
+    }
     return flag == 0 ? zylStsNoErr : zylStsBadArgErr;
 }
 
@@ -231,10 +247,10 @@ int check(const void* src, const int* lenSrc, const void* dst, const int* lenDst
 
 int zylsConvertUTF_8u16u(const Zyl8u* src, int* lenSrc, Zyl16u* dst, int* lenDst, int flag) {
     const int status = check(src, lenSrc, dst, lenDst, flag);
-    return status != zylStsNoErr ? status : convert(src, lenSrc, dst, lenDst, kWiden);
+    return status != zylStsNoErr ? status : convert(src, lenSrc, dst, lenDst, Widen);
 }
 
 int zylsConvertUTF_16u8u(const Zyl16u* src, int* lenSrc, Zyl8u* dst, int* lenDst, int flag) {
     const int status = check(src, lenSrc, dst, lenDst, flag);
-    return status != zylStsNoErr ? status : convert(src, lenSrc, dst, lenDst, kNarrow);
+    return status != zylStsNoErr ? status : convert(src, lenSrc, dst, lenDst, Narrow);
 }

@@ -6,8 +6,8 @@
 
 namespace {
 
-constexpr char kGatewayKey[] = "rawcpuid";
-constexpr unsigned kOverwritten = 4;
+constexpr char GatewayKey[] = "rawcpuid";
+constexpr unsigned Overwritten = 4;
 
 enum Word { leaf1Ecx, leaf1Edx, leaf7Ebx, leaf7Ecx, leaf7Edx, extended1Ecx, wordCount };
 
@@ -21,7 +21,7 @@ struct Feature {
     State state;
 };
 
-constexpr Feature kFeatures[] = {
+constexpr Feature Features[] = {
     {0x1, leaf1Edx, 23, anyState},           // MMX
     {0x2, leaf1Edx, 25, anyState},           // SSE
     {0x4, leaf1Edx, 26, anyState},           // SSE2
@@ -78,13 +78,15 @@ struct FeatureWords {
 State savedState(const FeatureWords& words) {
     constexpr unsigned ymm = 0x6;
     constexpr unsigned zmm = 0xE6;
-    if (!words.hasXgetbv())
+    if (!words.hasXgetbv()) {
         return anyState;
+    }
     unsigned low = 0;
     unsigned high = 0;
     asm volatile("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
-    if ((low & zmm) == zmm)
+    if ((low & zmm) == zmm) {
         return zmmState;
+    }
     return (low & ymm) == ymm ? ymmState : anyState;
 }
 
@@ -92,30 +94,34 @@ Zyl64u featureMask() {
     const FeatureWords words;
     const State saved = savedState(words);
     Zyl64u mask = 0;
-    for (const Feature& feature : kFeatures) {
-        if (words.has(feature) && feature.state <= saved)
+    for (const Feature& feature : Features) {
+        if (words.has(feature) && feature.state <= saved) {
             mask |= feature.mask;
+        }
     }
     return mask;
 }
 
 int gateway(Zyl64u* key, Zyl32u registers[4]) {
-    if (registers == nullptr)
+    if (registers == nullptr) {
         return zylStsNullPtrErr;
+    }
     const Zyl32u leaf = registers[0];
     const Zyl32u subLeaf = registers[2];
     __cpuid_count(leaf, subLeaf, registers[0], registers[1], registers[2], registers[3]);
-    std::memset(key, 0, kOverwritten);
+    std::memset(key, 0, Overwritten);
     return zylStsNoErr;
 }
 
 }  // namespace
 
 int zylGetCpuFeatures(Zyl64u* mask, Zyl32u registers[4]) {
-    if (mask == nullptr)
+    if (mask == nullptr) {
         return zylStsNullPtrErr;
-    if (std::memcmp(mask, kGatewayKey, sizeof *mask) == 0)
+    }
+    if (std::memcmp(mask, GatewayKey, sizeof *mask) == 0) {
         return gateway(mask, registers);
+    }
     *mask = featureMask();
     return zylStsNoErr;
 }

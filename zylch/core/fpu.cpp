@@ -2,9 +2,9 @@
 
 namespace {
 
-constexpr unsigned kSsxFlags = 0x3F;
+constexpr unsigned SsxFlags = 0x3F;
 /// The bits above these are reserved: LDMXCSR faults if one of them is set.
-constexpr unsigned kSsxBits = 0xFFFF;
+constexpr unsigned SsxBits = 0xFFFF;
 
 unsigned merged(unsigned old, unsigned value, unsigned mask) { return (old & ~mask) | (value & mask); }
 
@@ -35,7 +35,7 @@ unsigned ssxWord() {
 }
 
 void setSsx(unsigned value, unsigned mask) {
-    const unsigned word = merged(ssxWord(), value, mask & kSsxBits);
+    const unsigned word = merged(ssxWord(), value, mask & SsxBits);
     asm volatile("ldmxcsr %0" : : "m"(word));
 }
 
@@ -59,7 +59,7 @@ unsigned zylFpuSsx4TS(int op, unsigned value, unsigned mask) {
         case 6:
             return ssxWord();
         case 7:
-            setSsx(0, kSsxFlags);
+            setSsx(0, SsxFlags);
             return 0;
         default:
             return 0;

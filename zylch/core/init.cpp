@@ -7,8 +7,8 @@ int zylCodePath = zylPathPlain;
 
 namespace {
 
-constexpr Zyl64u kSse2 = 0x4;
-constexpr Zyl64u kAvx2 = 0x8000;
+constexpr Zyl64u Sse2 = 0x4;
+constexpr Zyl64u Avx2 = 0x8000;
 
 Zyl64u g_enabled = 0;
 
@@ -19,9 +19,10 @@ Zyl64u processorFeatures() {
 }
 
 int pathFor(Zyl64u mask) {
-    if ((mask & kSse2) == 0)
+    if ((mask & Sse2) == 0) {
         return zylPathPlain;
-    return (mask & kAvx2) != 0 ? zylPathAvx2 : zylPathSse2;
+    }
+    return (mask & Avx2) != 0 ? zylPathAvx2 : zylPathSse2;
 }
 
 void putInForce(Zyl64u mask) {
@@ -37,8 +38,9 @@ int zylInit() {
 }
 
 int zylSetCpuFeatures(Zyl64u mask) {
-    if (mask == 0 || (mask & ~processorFeatures()) != 0)
+    if (mask == 0 || (mask & ~processorFeatures()) != 0) {
         return zylStsNotSupportedErr;
+    }
     putInForce(mask);
     return zylStsNoErr;
 }

@@ -2,19 +2,21 @@
 
 namespace {
 
-constexpr int kThreads = 1;
+constexpr int Threads = 1;
 
 }  // namespace
 
 int zylSetNumThreads(int number) {
-    if (number < kThreads)
+    if (number < Threads) {
         return zylStsSizeErr;
-    return number == kThreads ? zylStsNoErr : zylStsThreadsNote;
+    }
+    return number == Threads ? zylStsNoErr : zylStsThreadsNote;
 }
 
 int zylGetNumThreads(int* number) {
-    if (number == nullptr)
+    if (number == nullptr) {
         return zylStsNullPtrErr;
-    *number = kThreads;
+    }
+    *number = Threads;
     return zylStsNoErr;
 }

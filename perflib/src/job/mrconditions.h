@@ -33,7 +33,7 @@ class RunCondition {
     mrString m_pattern;
 };
 
-/// The argument of -f, -t or -m, taken apart: a prefix "=", "+" or "-" and the pattern behind it.
+/// The argument of -f, -t or -m, taken apart: a prefix "=", "+" or "-" and the pattern after it.
 struct mrConditionArg {
     enum Form : int { Plain = 0, Equal = 1, With = 2, Without = 3, FormCount = 4 };
 

@@ -131,7 +131,7 @@ mrString cacheTypeName(int type) {
     }
 }
 
-/// False behind the last cache.
+/// False after the last cache.
 bool printCacheParms(int index) {
     const mrCacheLeaf cache(index);
     if (cache.type() == mrCacheLeaf::None) {

@@ -18,7 +18,7 @@ const char* className(const mrString& testName) {
 
 const char* statusMark(bool changed) { return changed ? "?" : "-"; }
 
-/// The fields of a summary line behind the first two, which stand there already when the test ends.
+/// The fields of a summary line after the first two, which stand there already when the test ends.
 mrString summaryFields(const mrTest& test, const mrString& result) {
     mrString line = "-,";
     line << statusMark(test.m_bad87) << ",-," << statusMark(test.m_badSSX) << "," << test.m_info.m_suite

@@ -12,7 +12,7 @@ class mrCacheLeaf {
 
     explicit mrCacheLeaf(int index) : m_cpuid(4, static_cast<Zyl32u>(index)) {}
 
-    /// None behind the last cache.
+    /// None after the last cache.
     int type() const { return m_cpuid.getBits(CPUID::EAX, 4, 0); }
     int level() const { return m_cpuid.getBits(CPUID::EAX, 7, 5); }
     bool selfInitializing() const { return m_cpuid.getBit(CPUID::EAX, 8) != 0; }

@@ -29,5 +29,5 @@ class mrCpuFeatures {
 };
 
 /// Counts the pieces of `text` between separators; fills `items` with them unless that is null. The piece
-/// behind the last separator counts too, so the empty text is one piece.
+/// after the last separator counts too, so the empty text is one piece.
 void split(mrString* items, const mrString& text, char separator, int& count);

@@ -17,10 +17,10 @@ class mrControlWords {
     unsigned m_ssx = 0;
 };
 
-/// Behind each call of an entry, what any code needs that copies, computes or prints: direction flag, x87
+/// After each call of an entry, what any code needs that copies, computes or prints: direction flag, x87
 /// register stack, locale.
 void mrRestoreAfterCall();
-/// Behind a combination, since it asks the system: signal handlers, their stack, signal mask.
+/// After a combination, since it asks the system: signal handlers, their stack, signal mask.
 void mrRestoreSignals();
 
 /// Forgets what was found and told: a new test.

@@ -56,7 +56,7 @@ void requestStop(int code) {
         return;
     }
     const double now = moment();
-    // Behind a question that was left, only another SIGINT can be the same: the others end the run.
+    // After a question that was left, only another SIGINT can be the same: the others end the run.
     if (now - lastRequest < SameRequest && (stopAsked != 0 || code == SIGINT)) {
         return;
     }

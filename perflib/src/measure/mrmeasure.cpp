@@ -28,7 +28,7 @@ long long wholeClocks(double figure) {
     return static_cast<long long>(std::fmin(std::fmax(figure, -Limit), Limit));
 }
 
-/// Calls an entry, which may be given up, and puts right what all code behind it needs.
+/// Calls an entry, which may be given up, and puts right what all code after it needs.
 template <class Entry>
 mrResult calledEntry(Entry entry) {
     const tsSignal::Leavable leavable;

@@ -53,7 +53,7 @@ mrResult mrTool::timing(FuncLoop loop, FuncStat stat, FuncCall call, FuncCall in
     m_funcCall = call;
     m_funcInit = init;
     if (g_turns.driven()) {
-        // The entries are noted for the driver. A test may correct its figure behind this: what it makes of
+        // The entries are noted for the driver. A test may correct its figure after this: what it makes of
         // one clock tells how.
         m_funcClocks = 1.0;
         return m_result = MR_OK;

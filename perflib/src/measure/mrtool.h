@@ -107,7 +107,7 @@ void writeError();
 /// An internal error with its fixed line number, which listings refer to.
 mrResult mrInternalFail(int line);
 
-/// A clock count: what does not fit an int is shown by its leading digits, zeros behind.
+/// A clock count: what does not fit an int is shown by its leading digits, zeros after them.
 mrString clockStr(long long clocks);
 
 extern mrTool g_tool;

@@ -123,7 +123,7 @@ class mrSession : public mrFileNames, public mrNameLines {
 };
 
 extern bool s_version;       ///< -v was given
-extern char s_hintArg;       ///< MR_HINT_NONE, MR_HINT_QUICK, else the character behind the key
+extern char s_hintArg;       ///< MR_HINT_NONE, MR_HINT_QUICK, else the character after the key
 extern bool s_hintHide;      ///< hidden keys stay out of the help
 extern int s_numThreads;     ///< of -N
 extern Zyl64u s_cpuFeature;  ///< of -T

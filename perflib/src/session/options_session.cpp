@@ -46,7 +46,7 @@ mrString B_info(mrString) { return mrUnlessExit(MR_EXIT_LIST, "batch mode"); }
 
 void B_apply(mrString, mrSession* session) { session->setBatMode(true); }
 
-/// The blank behind "ask" goes with the first comma.
+/// The blank after "ask" goes with the first comma.
 mrString A_info(mrString arg) {
     const int bits = askBits(arg);
     mrString items;

@@ -15,7 +15,7 @@ struct LinePair {
 };
 
 /// What makes two lines identical, as one key: the identifying cells, each closed by a NUL, which no cell
-/// comparison looks behind.
+/// comparison looks past.
 std::string lineKey(mrStringList::const_iterator* cells, int colms) {
     std::string key;
     for (int i = 0; i < colms; ++i) {

@@ -13,5 +13,5 @@ bool mrRegLibInfo(mrString text);
 /// For suites, which know the names of their library; those of the program register none.
 bool mrRegLibFunc(mrString name);
 
-/// Prints "status = <n>: <text>" to g_ostrm, behind the word for its kind.
+/// Prints "status = <n>: <text>" to g_ostrm, after the word for its kind.
 void reportStatus(int status);

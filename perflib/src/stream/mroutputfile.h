@@ -7,7 +7,7 @@
 class mrOutputFile : public o_stream {
   public:
     /// Opens a file by its full name and claims it. One that can't be opened, or that this run or another one
-    /// writes already, leaves isOpen() false, with a message on g_ostrm. With `append` the text goes behind
+    /// writes already, leaves isOpen() false, with a message on g_ostrm. With `append` the text goes after
     /// what is there, on a line of its own.
     mrOutputFile(mrString name, bool append);
     ~mrOutputFile() override;

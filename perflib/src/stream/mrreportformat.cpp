@@ -59,7 +59,7 @@ void mrReportFormat::setItem(mrString& line, mrString text, int pos) {
     if (start < 0) {
         return;
     }
-    // An item right behind the frame, at column 1, gets its blank this way too.
+    // An item right after the frame, at column 1, gets its blank this way too.
     const int end = getLastLen(line);
     setItemLeft(line, text, start > end ? start : end + 1);
 }

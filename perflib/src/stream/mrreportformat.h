@@ -21,13 +21,13 @@ class mrReportFormat {
 
     void setStartLine(mrString& line) const;
     void setEndLine(mrString& line) const;
-    /// Places `text` at column `pos`, or one blank behind a line that has got there already. A negative `pos`
+    /// Places `text` at column `pos`, or one blank after a line that has got there already. A negative `pos`
     /// aligns right: the text ends before column -pos - 1; one that is too long for that is dropped.
     static void setItem(mrString& line, mrString text, int pos);
     static void setItemLeft(mrString& line, mrString text, int pos);
     /// Pads with blanks up to `pos`; false if the line is longer.
     static bool setOffsetLine(mrString& line, int pos);
-    /// Characters behind the last line end.
+    /// Characters after the last line end.
     static int getLastLen(mrString line);
     /// Cuts a piece of at most `limit` characters off the front of `text`, at a blank, which goes; a longer
     /// first word is cut off whole. False, with both left alone, if `text` fits; false, with all of it in

@@ -93,7 +93,7 @@ class mrList {
         }
     }
 
-    /// Removes one element; returns the position behind it.
+    /// Removes one element; returns the position after it.
     iterator erase(iterator pos) {
         Node* node = pos.m_node;
         Node* next = node->next;

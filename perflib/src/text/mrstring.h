@@ -44,12 +44,12 @@ class mrString {
     /// Starts over with `n` zero bytes; the old text is lost.
     void allocate(int n);
     void free();
-    /// Adds `n` zero bytes behind the text. Grows to the exact need, there is no doubling.
+    /// Adds `n` zero bytes after the text. Grows to the exact need, there is no doubling.
     void growBy(int n);
     /// Cuts, or extends with `c`. An empty text extended gets zero bytes instead of `c`: who pads a text that
     /// may be empty uses padRight.
     void resize(int n, char c);
-    /// Blanks behind, or before, the text up to `width`; a longer text stays whole.
+    /// Blanks after, or before, the text up to `width`; a longer text stays whole.
     mrString padRight(int width) const;
     mrString padLeft(int width) const;
 
@@ -60,7 +60,7 @@ class mrString {
     /// Negative, 0 or positive by the bytes as signed characters, then by the lengths.
     int compare(mrString text) const;
 
-    /// Index of the first `text` at or behind `pos`, or npos; `pos` for an empty text.
+    /// Index of the first `text` at or after `pos`, or npos; `pos` for an empty text.
     int find(mrString text, int pos) const;
     int rfind(mrString text) const;
     bool found(mrString text) const;
@@ -69,8 +69,9 @@ class mrString {
     mrString substr(int pos) const;
     /// At most `n` bytes from `pos`, which must not exceed the length.
     mrString substr(int pos, int n) const;
-    /// Removes blanks, tabs and carriage returns in front, but only blanks and tabs behind: a carriage return
-    /// at the end of a line stays, and files written on other systems keep reading as they always did.
+    /// Removes blanks, tabs and carriage returns at the front, but only blanks and tabs at the end: a
+    /// carriage return at the end of a line stays, and files written on other systems keep reading as they
+    /// always did.
     void trim();
     mrString toLower() const;
 

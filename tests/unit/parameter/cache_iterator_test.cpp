@@ -100,7 +100,7 @@ TEST_F(CacheWalk, GivesUp) {
     EXPECT_TRUE(fits(iterator, 50000, 900000));
     EXPECT_FALSE(fits(iterator, 5000, 900001));
     EXPECT_FALSE(iterator.repeatValue());
-    // So it is, at once, for too small behind too large at the third try.
+    // So it is, at once, for too small after too large at the third try.
     iterator.firstValue();
     EXPECT_FALSE(fits(iterator, 50000, 60000));
     EXPECT_TRUE(iterator.repeatValue());

@@ -6,7 +6,7 @@ namespace {
 
 using Options = SessionTest;
 
-/// Each line holds an option with its text behind the levels of the exit keys -e, -h and -v (1 to 3) that it
+/// Each line holds an option with its text after the levels of the exit keys -e, -h and -v (1 to 3) that it
 /// gives way to.
 TEST_F(Options, SayWhatTheyWillDo) {
     parse("-B");

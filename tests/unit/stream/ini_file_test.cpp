@@ -23,7 +23,7 @@ TEST(IniFile, Reads) {
         {"[a]\nx=1\n[b]\nx=2\n[a]\ny=3\n", "a", "y", "3"},
         {"[a]\nx=1\ny=b[c]\nx=2\n", "c", "x", "2"},
         {"[s]\r\nx=1\r\n", "s", "x", "1\r"},
-        // a NUL ends the line, and a long one goes on behind the piece that was read
+        // a NUL ends the line, and a long one goes on after the piece that was read
         {"\0[r]\n[s]\0\na\0"s + std::string(509, 'b') + "x=1", "s", "x", "1"},
         {"//" + std::string(1 << 21, '/') + "\n[s]\nx=1", "s", "x", "1"},
     };

@@ -17,7 +17,7 @@ class OnEachPath : public testing::TestWithParam<Zyl64u> {
     void TearDown() override { zylInit(); }
 };
 
-constexpr Zyl64u kWithout[] = {0x4, 0x8000, 0};
+constexpr Zyl64u Without[] = {0x4, 0x8000, 0};
 
 inline const char* pathName(const testing::TestParamInfo<Zyl64u>& of) {
     return of.param == 0x4 ? "Plain" : of.param == 0x8000 ? "Sse2" : "Best";

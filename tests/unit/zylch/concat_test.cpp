@@ -69,8 +69,9 @@ TEST(Split, PiecesLengthsAndCount) {
     for (const auto& row : rows) {
         List text({row.text});
         Texts rooms;
-        for (const std::size_t capacity : row.capacities)
+        for (const std::size_t capacity : row.capacities) {
             rooms.emplace_back(capacity, '.');
+        }
         List list(rooms);
         int count = list.count();
         EXPECT_EQ(zylsSplitC_8u_D2L(text.pointers[0], text.lengths[0], ',', list.pointers.data(),

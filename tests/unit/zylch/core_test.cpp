@@ -31,8 +31,9 @@ TEST(CpuFeatures, MaskAgreesWithWhatTheSystemReports) {
     }
     std::istringstream words(line);
     const std::set<std::string> flags{std::istream_iterator<std::string>(words), {}};
-    if (flags.empty() || emulated())
+    if (flags.empty() || emulated()) {
         GTEST_SKIP() << "no flags in /proc/cpuinfo, or those of another processor than the program sees";
+    }
     // By place in the mask; "none" stands for a bit that is never set. The system may deny "mpx" to a
     // processor that has it.
     std::istringstream names(
@@ -78,12 +79,14 @@ TEST(CodePath, IsPlainAtFirstAndFollowsTheMask) {
         {0x8000, zylPathPlain}, {0x8004, zylPathAvx2}, {0xF0EDDF, zylPathAvx2},
     };
     for (const auto& row : rows) {
-        if ((row.mask & ~processorMask()) != 0)
+        if ((row.mask & ~processorMask()) != 0) {
             continue;
+        }
         EXPECT_EQ(zylSetCpuFeatures(row.mask), zylStsNoErr);
         // Refused, and nothing changes. The bit 0x80000000 belongs to no processor.
-        for (const Zyl64u refused : {Zyl64u{0}, Zyl64u{0x80000003}, ~Zyl64u{0}})
+        for (const Zyl64u refused : {Zyl64u{0}, Zyl64u{0x80000003}, ~Zyl64u{0}}) {
             EXPECT_EQ(zylSetCpuFeatures(refused), zylStsNotSupportedErr) << std::hex << refused;
+        }
         EXPECT_EQ(zylGetEnabledCpuFeatures(), row.mask);
         EXPECT_EQ(zylCodePath, row.path) << std::hex << row.mask;
     }

@@ -14,9 +14,9 @@
 
 namespace {
 
-constexpr int kAlignments = 64;
-constexpr int kLongest = 300;
-constexpr int kReach = 96;
+constexpr int Alignments = 64;
+constexpr int Longest = 300;
+constexpr int Reach = 96;
 
 using Bytes = std::basic_string<Zyl8u>;
 using View = std::basic_string_view<Zyl8u>;
@@ -36,7 +36,7 @@ class Placed {
         return {m_data, bytes.size()};
     }
     Zyl8u* data() const { return m_data; }
-    bool isAlone() const { return m_page.isBlankAround(m_data, m_len, kReach); }
+    bool isAlone() const { return m_page.isBlankAround(m_data, m_len, Reach); }
 
   private:
     GuardedPage m_page;
@@ -49,8 +49,9 @@ Bytes inCase(View text, bool upper) {
     Bytes result(text);
     for (Zyl8u& c : result) {
         const int small = c | 0x20;
-        if ((small >= 'a' && small <= 'z') || (small >= 0xE0 && small <= 0xFE && small != 0xF7))
+        if ((small >= 'a' && small <= 'z') || (small >= 0xE0 && small <= 0xFE && small != 0xF7)) {
             c = static_cast<Zyl8u>(upper ? small - 0x20 : small);
+        }
     }
     return result;
 }
@@ -62,26 +63,30 @@ Bytes someText(Random& random, int len) {
     const int kind = below(random, 3);
     Bytes text(static_cast<std::size_t>(len), 2);
     for (Zyl8u& byte : text) {
-        if (kind != 2)
+        if (kind != 2) {
             byte = static_cast<Zyl8u>(kind == 0 ? random() >> 8 : 1 + random() % 2);
+        }
     }
-    if (kind == 2 && len > 0)
+    if (kind == 2 && len > 0) {
         text[random() % text.size()] = 1;
+    }
     return text;
 }
 
 /// The same text, or one with another byte, or with all letters in upper case, or both.
 Bytes changed(Random& random, View text) {
     Bytes result = below(random, 2) == 0 ? uppered(text) : Bytes(text);
-    if (!text.empty() && below(random, 2) == 0)
+    if (!text.empty() && below(random, 2) == 0) {
         result[random() % text.size()] = static_cast<Zyl8u>(random() >> 8);
+    }
     return result;
 }
 
 /// A stretch of the text, sometimes with a wrong byte, or one byte more than the text.
 Bytes someFind(Random& random, View text) {
-    if (below(random, 16) == 0)
+    if (below(random, 16) == 0) {
         return Bytes(text) + Zyl8u{2};
+    }
     const std::size_t begin = random() % (text.size() + 1);
     const View stretch = text.substr(begin, random() % (text.size() - begin + 1));
     return below(random, 4) == 0 ? changed(random, stretch) : Bytes(stretch);
@@ -101,7 +106,7 @@ struct Trial {
         static constexpr int setSizes[] = {0, 1, 4, 16, 17, 64, 256};
         const Bytes nul(1, 0);
         text = room[0].put(someText(random, len), atBack, gap);
-        other = room[1].put(changed(random, text), !atBack, below(random, kAlignments));
+        other = room[1].put(changed(random, text), !atBack, below(random, Alignments));
         find = room[2].put(someFind(random, text), atBack, below(random, 4));
         set = room[3].put(someText(random, setSizes[below(random, 7)]), atBack, 0);
         textZ = room[4].put(Bytes(text) + nul, atBack, gap);
@@ -149,7 +154,7 @@ const struct {
     const char* name;
     Ask ask;
     int (*expected)(T);
-} kSearches[] = {
+} Searches[] = {
     {"FindC", withValue<zylsFindC_8u>, [](T t) { return index(t.text.find(t.value)); }},
     {"FindRevC", withValue<zylsFindRevC_8u>, [](T t) { return index(t.text.rfind(t.value)); }},
     {"FindCAny", withSet<zylsFindCAny_8u>, [](T t) { return index(t.text.find_first_of(t.set)); }},
@@ -191,27 +196,26 @@ Bytes removed(T t) {
     return Bytes(t.text).erase(static_cast<std::size_t>(t.start), static_cast<std::size_t>(t.count));
 }
 
-constexpr bool kInPlace = true;
+constexpr bool InPlace = true;
 
 const struct {
     const char* name;
     bool inPlace;
     int (*write)(T, Zyl8u* d, int* n);
     Bytes (*expected)(T);
-} kWritings[] = {
+} Writings[] = {
     {"Uppercase", false, [](T t, Zyl8u* d, int* n) { return zylsUppercaseLatin_8u(t.text.data(), d, *n); },
      [](T t) { return uppered(t.text); }},
     {"Lowercase", false, [](T t, Zyl8u* d, int* n) { return zylsLowercaseLatin_8u(t.text.data(), d, *n); },
      [](T t) { return lowered(t.text); }},
-    {"Uppercase_I", kInPlace, [](T, Zyl8u* d, int* n) { return zylsUppercaseLatin_8u_I(d, *n); },
+    {"Uppercase_I", InPlace, [](T, Zyl8u* d, int* n) { return zylsUppercaseLatin_8u_I(d, *n); },
      [](T t) { return uppered(t.text); }},
-    {"Lowercase_I", kInPlace, [](T, Zyl8u* d, int* n) { return zylsLowercaseLatin_8u_I(d, *n); },
+    {"Lowercase_I", InPlace, [](T, Zyl8u* d, int* n) { return zylsLowercaseLatin_8u_I(d, *n); },
      [](T t) { return lowered(t.text); }},
     {"ReplaceC", false,
      [](T t, Zyl8u* d, int* n) { return zylsReplaceC_8u(t.text.data(), d, *n, t.value, t.newValue); },
      replaced},
-    {"TrimC_I", kInPlace, [](T t, Zyl8u* d, int* n) { return zylsTrimC_8u_I(d, n, t.value); },
-     trimmedOfValue},
+    {"TrimC_I", InPlace, [](T t, Zyl8u* d, int* n) { return zylsTrimC_8u_I(d, n, t.value); }, trimmedOfValue},
     {"TrimC", false, [](T t, Zyl8u* d, int* n) { return zylsTrimC_8u(t.text.data(), *n, t.value, d, n); },
      trimmedOfValue},
     {"TrimCAny", false, trimSet<zylsTrimCAny_8u>, [](T t) { return trimmed(t.text, t.set, true, true); }},
@@ -231,7 +235,7 @@ const struct {
          return zylsInsert_8u(t.text.data(), length(t.text), t.find.data(), length(t.find), d, t.start);
      },
      inserted},
-    {"Insert_I", kInPlace,
+    {"Insert_I", InPlace,
      [](T t, Zyl8u* d, int* n) { return zylsInsert_8u_I(t.find.data(), length(t.find), d, n, t.start); },
      inserted},
     {"Remove", false,
@@ -240,7 +244,7 @@ const struct {
          return zylsRemove_8u(t.text.data(), length(t.text), d, t.start, t.count);
      },
      removed},
-    {"Remove_I", kInPlace, [](T t, Zyl8u* d, int* n) { return zylsRemove_8u_I(d, n, t.start, t.count); },
+    {"Remove_I", InPlace, [](T t, Zyl8u* d, int* n) { return zylsRemove_8u_I(d, n, t.start, t.count); },
      removed},
 };
 
@@ -250,8 +254,8 @@ class Paths : public OnEachPath {
     template <class Check>
     void forEachTrial(Check check) {
         Random random(7);
-        for (int i = 0; i < (kLongest + 1) * kAlignments * 2 && !HasFailure(); ++i) {
-            m_trial.make(random, i / (kAlignments * 2), i % 2 != 0, i / 2 % kAlignments);
+        for (int i = 0; i < (Longest + 1) * Alignments * 2 && !HasFailure(); ++i) {
+            m_trial.make(random, i / (Alignments * 2), i % 2 != 0, i / 2 % Alignments);
             check(m_trial);
         }
     }
@@ -267,32 +271,34 @@ class Paths : public OnEachPath {
 
 TEST_P(Paths, SearchesAndComparisons) {
     forEachTrial([](T trial) {
-        for (const auto& row : kSearches) {
+        for (const auto& row : Searches) {
             int result = -77;
             const int status = row.ask(trial, &result);
             const int expected = row.expected(trial);
-            if (status != zylStsNoErr || result != expected)
+            if (status != zylStsNoErr || result != expected) {
                 ADD_FAILURE() << inputOf(row.name, trial) << ": " << result << " and not " << expected;
+            }
         }
     });
 }
 
 TEST_P(Paths, Writings) {
     forEachTrial([this](T trial) {
-        for (const auto& row : kWritings) {
+        for (const auto& row : Writings) {
             const Bytes expected = row.expected(trial);
             int len = length(trial.text);
             Bytes before = row.inPlace ? Bytes(trial.text) : Bytes();
             before.resize(std::max(before.size(), expected.size()), GuardedPage::blank);
-            m_dst.put(before, len % 2 != 0, trial.newValue % kAlignments);
+            m_dst.put(before, len % 2 != 0, trial.newValue % Alignments);
             const int status = row.write(trial, m_dst.data(), &len);
             const View written(m_dst.data(), expected.size());
-            if (status != zylStsNoErr || len != length(expected) || written != expected || !m_dst.isAlone())
+            if (status != zylStsNoErr || len != length(expected) || written != expected || !m_dst.isAlone()) {
                 ADD_FAILURE() << inputOf(row.name, trial);
+            }
         }
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Paths, testing::ValuesIn(kWithout), pathName);
+INSTANTIATE_TEST_SUITE_P(All, Paths, testing::ValuesIn(Without), pathName);
 
 }  // namespace

@@ -23,7 +23,7 @@ class Pattern {
     Pattern(const std::string& pattern, const char* options) {
         int size = 0;
         sizeStatus = zylsRegExpGetSize(pattern.c_str(), &size);
-        m_block.assign(static_cast<std::size_t>(size) / sizeof(int) + 1, kGuard);
+        m_block.assign(static_cast<std::size_t>(size) / sizeof(int) + 1, Guard);
         status = zylsRegExpInit(pattern.c_str(), options, m_block.data(), &errorOffset);
     }
 
@@ -40,7 +40,7 @@ class Pattern {
     int errorOffset = -7;
 
   private:
-    static constexpr int kGuard = 0x7E7E7E7E;
+    static constexpr int Guard = 0x7E7E7E7E;
 
     std::vector<int> m_block;
 };
@@ -58,7 +58,7 @@ std::string Pattern::find(const Zyl8u* text, int len, int capacity) {
                              : "(" + std::to_string(at - text) + "," + std::to_string(record.lenFind) + ")";
     }
     EXPECT_TRUE(findStatus == 0 || findStatus == zylStsRegExpLimitErr) << findStatus;
-    EXPECT_EQ(m_block.back(), kGuard) << "written beyond the block";
+    EXPECT_EQ(m_block.back(), Guard) << "written beyond the block";
     return findStatus == 0 ? all : all + "limit";
 }
 
@@ -70,11 +70,10 @@ const struct {
     const char* options;
     std::string text;
     std::string found;
-} kFinds[] = {
+} Finds[] = {
     {"", nullptr, "", "(0,0)"},
     {"", "g", "ab", "(0,0)(1,0)(2,0)"},
     {"a*", "g", "aab", "(0,2)(2,0)(3,0)"},
-    // Alternatives: the first that leads to a match, not the longest.
     // Groups: those of a turn that is over are unset, also within a loop.
     {"(z)((a+)?(b+)?(c))*", "", "zaacbbbcac", "(0,10)(0,1)(8,2)(8,1)-(9,1)"},
     {"((a)|b)*", "", "ab", "(0,2)(1,1)-"},
@@ -117,7 +116,7 @@ const struct {
 
 TEST(RegExp, Finds) {
     const GuardedPage page;
-    for (const auto& row : kFinds) {
+    for (const auto& row : Finds) {
         Pattern pattern(row.pattern, row.options);
         ASSERT_EQ(pattern.status, 0) << row.pattern;
         EXPECT_EQ(pattern.sizeStatus, 0) << row.pattern;
@@ -134,7 +133,7 @@ const struct {
     std::string pattern;
     const char* options;
     int offset;
-} kBadPatterns[] = {
+} BadPatterns[] = {
     {"ab(c", "", 2},
     {"a[bc", "", 1},
     {"a(?<b)", "", 1},
@@ -151,7 +150,7 @@ const struct {
 };
 
 TEST(RegExp, BadPatternsTellTheirPlace) {
-    for (const auto& row : kBadPatterns) {
+    for (const auto& row : BadPatterns) {
         Pattern pattern(row.pattern, row.options);
         EXPECT_EQ(pattern.status, zylStsRegExpPatternErr) << row.pattern.substr(0, 20);
         EXPECT_EQ(pattern.errorOffset, row.offset) << row.pattern.substr(0, 20);
@@ -194,15 +193,16 @@ std::string somePattern(std::minstd_rand& random, int depth) {
     std::string made;
     for (std::size_t left = random() % 4; left > 0; --left) {
         const std::size_t kind = random() % 9;
-        if (kind < 5 || depth == 0)
+        if (kind < 5 || depth == 0) {
             made += pick(random, {"a", "b", ".", "[ab]", "[^a]", "[a-c1]", "\\d", "\\w", "\\s", "\\W"}) +
                     pick(random, {"", "", "*", "+", "?", "{2}", "{1,2}", "{1,}", "*?", "+?", "??", "{0,2}?"});
-        else if (kind == 5)
+        } else if (kind == 5) {
             made += pick(random, {"^", "$", "\\b", "\\B"});
-        else if (kind == 6)
+        } else if (kind == 6) {
             made += pick(random, {"(?=", "(?!"}) + somePattern(random, 0) + ")";
-        else
+        } else {
             made += pick(random, {"(", "(?:"}) + somePattern(random, depth - 1) + ")";
+        }
     }
     return random() % 4 == 0 ? made + "|" + somePattern(random, depth) : made;
 }
@@ -210,13 +210,15 @@ std::string somePattern(std::minstd_rand& random, int depth) {
 std::string foundByReference(const std::string& pattern, const std::string& text) {
     const std::regex reference(pattern, std::regex::ECMAScript);
     std::smatch match;
-    if (!std::regex_search(text, match, reference))
+    if (!std::regex_search(text, match, reference)) {
         return "";
+    }
     std::string all;
-    for (std::size_t i = 0; i < match.size(); ++i)
+    for (std::size_t i = 0; i < match.size(); ++i) {
         all += match[i].matched
                    ? "(" + std::to_string(match.position(i)) + "," + std::to_string(match.length(i)) + ")"
                    : "-";
+    }
     return all;
 }
 
@@ -228,8 +230,9 @@ TEST(RegExp, AgreesWithTheStandardLibrary) {
         ASSERT_EQ(compiled.status, 0) << pattern;
         for (int k = 0; k < 4; ++k) {
             std::string text;
-            for (std::size_t left = random() % 12; left > 0; --left)
+            for (std::size_t left = random() % 12; left > 0; --left) {
                 text += pick(random, {"a", "b", "c", "1", " ", "\n", "_"});
+            }
             EXPECT_EQ(compiled.find(text), foundByReference(pattern, text))
                 << pattern << " in " << testing::PrintToString(text);
         }
@@ -245,7 +248,7 @@ struct ReplaceCase {
     std::string result;
 };
 
-const ReplaceCase kReplaces[] = {
+const ReplaceCase Replaces[] = {
     {"([^ ]*) *([^ ]*)", "", "#include [stdafx.h]", "$2 $1", 1, "[stdafx.h] #include"},
     {"([A-Z])([0-9]{2,4}) ", "", "A37 B4 C107 D54112 E1103 XXX", "$2:$1 ", 1,
      "37:A B4 C107 D54112 E1103 XXX"},
@@ -282,7 +285,7 @@ Replaced replace(const ReplaceCase& row, int room, int capacity) {
 
 // The second call has the numbers that the first returned: an exact fit.
 TEST(RegExp, Replaces) {
-    for (const ReplaceCase& row : kReplaces) {
+    for (const ReplaceCase& row : Replaces) {
         const int fit = static_cast<int>(row.result.size());
         const Replaced all = {0, static_cast<int>(row.text.size()), row.count, row.result};
         EXPECT_EQ(replace(row, 2000, 1000), all) << row.pattern;
@@ -304,8 +307,9 @@ TEST(RegExp, ReplacesUpToTheRoomAndTheList) {
         {13, 2, {zylStsNoErr, 9, 2, "<t>ex<t>,text"}},
         {9, 0, {zylStsNoErr, 9, 0, "text,text"}},
     };
-    for (const auto& row : rows)
+    for (const auto& row : rows) {
         EXPECT_EQ(replace(of, row.room, row.capacity), row.expected) << row.room;
+    }
 }
 
 }  // namespace

@@ -40,8 +40,9 @@ void append(Bytes& text, unsigned code) {
     static constexpr unsigned marks[] = {0x00, 0xC0, 0xE0, 0xF0};
     const int following = code < 0x80 ? 0 : code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
     text.push_back(static_cast<Zyl8u>(marks[following] | code >> (6 * following)));
-    for (int i = following - 1; i >= 0; --i)
+    for (int i = following - 1; i >= 0; --i) {
         text.push_back(static_cast<Zyl8u>(0x80 | (code >> (6 * i) & 0x3F)));
+    }
 }
 
 class Utf : public OnEachPath {
@@ -101,15 +102,16 @@ TEST_P(Utf, BothWays) {
         Bytes text;
         for (unsigned code = first; code < first + 0x100; ++code) {
             append(text, code >= 0xD800 && code <= 0xDFFF ? 0xFFFD : code);
-            if (random() % 16 == 0)
+            if (random() % 16 == 0) {
                 text.insert(text.end(), random() % 60, static_cast<Zyl8u>(random() % 0x80));
+            }
         }
         expectBothWays(text, unitsByIconv(text));
     }
 }
 
 TEST_P(Utf, LoneSurrogatesAreThreeBytes) {
-    // Before and behind a pair.
+    // Before and after a pair.
     expectBothWays({0xED, 0xA0, 0x80, 0xF0, 0x9F, 0x98, 0x80, 0xED, 0xB0, 0x80, 0xED, 0xAF, 0xBF},
                    {0xD800, 0xD83D, 0xDE00, 0xDC00, 0xDBFF});
 }
@@ -142,6 +144,6 @@ TEST_P(Utf, IllFormedTextStopsAtTheLastWholeCharacter) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Utf, testing::ValuesIn(kWithout), pathName);
+INSTANTIATE_TEST_SUITE_P(All, Utf, testing::ValuesIn(Without), pathName);
 
 }  // namespace
