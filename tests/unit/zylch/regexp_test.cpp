@@ -31,10 +31,8 @@ class Pattern {
     void* block() { return m_block.data(); }
     /// The matches as "(place,length)" each, "-" for a group that took no part, "limit" at the end of a
     /// search that was given up.
-    std::string find(const std::string& text, int capacity = 100) {
-        return find(bytesOf(text), static_cast<int>(text.size()), capacity);
-    }
-    std::string find(const Zyl8u* text, int len, int capacity);
+    std::string find(const std::string& text) { return find(bytesOf(text), static_cast<int>(text.size())); }
+    std::string find(const Zyl8u* text, int len);
 
     int sizeStatus = 0;
     int status = 0;
@@ -46,9 +44,9 @@ class Pattern {
     std::vector<int> m_block;
 };
 
-std::string Pattern::find(const Zyl8u* text, int len, int capacity) {
+std::string Pattern::find(const Zyl8u* text, int len) {
     std::vector<ZylRegExpFind> found(100);
-    int count = capacity;
+    int count = 100;
     const int findStatus = zylsRegExpFind_8u(text, len, block(), found.data(), &count);
     std::string all;
     for (int i = 0; i < count; ++i) {
@@ -96,7 +94,7 @@ TEST(RegExp, FindsOrRefuses) {
         const int len = static_cast<int>(text.size());
         for (Zyl8u* at : {page.atFront(0), page.atBack(len, 0)}) {
             std::copy(text.begin(), text.end(), at);
-            const std::string found = pattern.find(at, len, 100);
+            const std::string found = pattern.find(at, len);
             EXPECT_EQ(found.empty() ? "none" : found, row);
         }
     }
