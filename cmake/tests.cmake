@@ -65,7 +65,7 @@ if(TARGET metrig)
 endif()
 if(TARGET run_tests)
     add_dependencies(run_tests metrig metrig-bare)
-    # Suites of the tests, each a program of its own: metrig-cache of cache_suite.cpp.
+    # Suites of the tests, each a program of its own: metrig-faulty of faulty_suite.cpp.
     file(GLOB test_suites CONFIGURE_DEPENDS tests/suites/*_suite.cpp)
     foreach(source IN LISTS test_suites)
         get_filename_component(suite ${source} NAME_WE)

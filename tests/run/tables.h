@@ -32,6 +32,15 @@ inline Cells split(const std::string& text, char separator) {
 
 inline Cells linesOf(const std::string& text) { return split(text, '\n'); }
 
+/// The cells as a line of a table.
+inline std::string joined(const Cells& cells) {
+    std::string line;
+    for (const std::string& cell : cells) {
+        line += (line.empty() ? "" : ",") + cell;
+    }
+    return line;
+}
+
 inline bool holds(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
 }

@@ -1,8 +1,8 @@
 #include <map>
+#include <numeric>
 #include <regex>
 #include <set>
 
-#include "functions.h"
 #include "tables.h"
 
 namespace {
@@ -37,16 +37,6 @@ std::string shape(const Code& code) {
         }
     }
     return shape;
-}
-
-/// What the mark of the function allows between two readings of the clock.
-std::string allowedShape(const MeasuredFunction& function) {
-    const std::string name(function.name);
-    const std::string call = name + "@plt ";
-    if (function.mark == "ZY_REG_X") {
-        return call + (holds(name, "Upper") ? "zylsLower" : "zylsUpper") + call.substr(9);
-    }
-    return function.suite == "TimchHash" ? "* " + call : call;  // the length is asked of its parameter
 }
 
 /// Whether `text` names memory of the stack.
@@ -107,74 +97,62 @@ Cells strangers(const Code& code, bool hasInit, bool counted) {
     return found;
 }
 
-/// The timed stretches of the built program by the function of their body, "zyNoInit" for the bare loop.
-class TimedCode : public testing::Test {
-  protected:
-    TimedCode() {
-        const Outcome listing =
-            run({.arguments = {"-t", "-d", "-C", "--no-show-raw-insn", "-w", METRIG_BIN_DIR "/metrig"},
-                 .program = METRIG_OBJDUMP});
-        expectCleanEnd(listing);
-        const std::regex blanks(" +");
-        Code* code = nullptr;
-        for (const std::string& line : linesOf(listing.output)) {
-            const std::size_t tab = line.find(":\t");
-            if (line.ends_with(" zyl_StartCpuClocks") || line.ends_with(" zyl_StopCpuClocks")) {
-                const std::size_t digits = line.find_first_not_of('0');
-                (line.ends_with("StartCpuClocks") ? m_start : m_stop) =
-                    line.substr(digits, line.find(' ') - digits);
-            } else if (line.ends_with(">:")) {
-                const bool isCall = holds(line, "zyTimeCall<");
-                code = isCall || holds(line, "zyTimeBlock<")
-                           ? &(isCall ? calls : blocks)[body(line)].emplace_back()
-                           : nullptr;
-            } else if (code != nullptr && tab != std::string::npos) {
-                code->push_back(
-                    {std::stoull(line, nullptr, 16), std::regex_replace(line.substr(tab + 2), blanks, " ")});
+/// What stands between two readings of the clock.
+struct Stretch {
+    std::string body;  ///< without "tcall_"; "zyNoInit" for the bare loop
+    bool isBlock;      ///< of turns, or else of a single call
+    bool hasInit;      ///< in each turn
+    Code code;         ///< at first of the whole function
+};
+
+/// The name of the body in a label: that of the first template argument.
+std::string bodyIn(const std::string& label) {
+    static const std::regex argument(
+        "zyTime[A-Za-z]+<&?(?:\\(anonymous namespace\\)::|\\()?(?:tcall_)?(\\w+)");
+    std::smatch match;
+    return std::regex_search(label, match, argument) ? match[1].str() : "";
+}
+
+/// The timed stretches of the built program. A function has one pair of readings: calls through a pointer,
+/// either at its address or relative to the instruction, with the address in a remark.
+std::vector<Stretch> timedStretches() {
+    const Outcome listing =
+        run({.arguments = {"-t", "-d", "-C", "--no-show-raw-insn", "-w", METRIG_BIN_DIR "/metrig"},
+             .program = METRIG_OBJDUMP});
+    expectCleanEnd(listing);
+    const std::regex blanks(" +");
+    std::map<std::string, std::string> addresses;  // of the pointers
+    std::vector<Stretch> stretches;
+    bool isTimed = false;
+    for (const std::string& line : linesOf(listing.output)) {
+        const std::size_t tab = line.find(":\t");
+        if (line.ends_with(" zyl_StartCpuClocks") || line.ends_with(" zyl_StopCpuClocks")) {
+            const std::size_t digits = line.find_first_not_of('0');
+            addresses[line.substr(line.rfind(' ') + 1)] = line.substr(digits, line.find(' ') - digits);
+        } else if (line.ends_with(">:")) {
+            const bool isBlock = holds(line, "zyTimeBlock<");
+            isTimed = isBlock || holds(line, "zyTimeCall<");
+            if (isTimed) {
+                stretches.push_back({bodyIn(line), isBlock, holds(line, "tinit_"), {}});
             }
-        }
-        for (auto* group : {&calls, &blocks}) {
-            for (auto& [name, functions] : *group) {
-                std::for_each(functions.begin(), functions.end(),
-                              [&](Code& whole) { whole = stretch(whole); });
-            }
+        } else if (isTimed && tab != std::string::npos) {
+            stretches.back().code.push_back(
+                {std::stoull(line, nullptr, 16), std::regex_replace(line.substr(tab + 2), blanks, " ")});
         }
     }
-
-    std::map<std::string, std::vector<Code>> calls;   // stretches of a single call
-    std::map<std::string, std::vector<Code>> blocks;  // stretches of a block of turns
-
-  private:
-    /// The name of the body in a label: that of the first template argument, without "tcall_".
-    static std::string body(const std::string& label) {
-        static const std::regex argument(
-            "zyTime[A-Za-z]+<&?(?:\\(anonymous namespace\\)::|\\()?(?:tcall_)?(\\w+)");
-        std::smatch match;
-        return std::regex_search(label, match, argument) ? match[1].str() : "";
-    }
-
-    /// What stands between the two readings of the clock, of which a function has one pair.
-    Code stretch(const Code& function) const {
-        const auto reads = [&](const std::string& clock) {
-            return std::find_if(function.begin(), function.end(), [&](const Instruction& instruction) {
-                return readsClock(instruction, clock);
+    for (Stretch& stretch : stretches) {
+        const auto reads = [&](const std::string& address) {
+            return std::ranges::find_if(stretch.code, [&](const Instruction& at) {
+                return at.isCall() &&
+                       (at.text.ends_with("*0x" + address) || holds(at.text, "# " + address + " <"));
             });
         };
-        const auto start = reads(m_start);
-        const auto stop = reads(m_stop);
-        return start < stop && stop != function.end() ? Code(start + 1, stop) : Code();
+        const auto start = reads(addresses["zyl_StartCpuClocks"]);
+        const auto stop = reads(addresses["zyl_StopCpuClocks"]);
+        stretch.code = start < stop && stop != stretch.code.end() ? Code(start + 1, stop) : Code();
     }
-
-    /// Whether it calls through the pointer at `address`: at its address, or relative to the instruction with
-    /// the address in a remark.
-    static bool readsClock(const Instruction& instruction, const std::string& address) {
-        return instruction.isCall() && (instruction.text.ends_with("*0x" + address) ||
-                                        holds(instruction.text, "# " + address + " <"));
-    }
-
-    std::string m_start;
-    std::string m_stop;
-};
+    return stretches;
+}
 
 /// From the place that the jump of the stretch goes back to, to that jump.
 Code turnOf(const Code& stretch) {
@@ -196,23 +174,16 @@ Code withoutStatus(Code code) {
     return code;
 }
 
-TEST_F(TimedCode, IsTheBodyAndItsCountedLoop) {
-    for (const MeasuredFunction& function : measuredFunctions) {
-        const std::string name(function.name);
-        const bool hasInit = function.mark == "ZY_REG_I";
-        ASSERT_EQ(calls[name].size(), 1u) << name;
-        ASSERT_EQ(blocks[name].size(), 1u) << name;
-        const Code call = withoutStatus(calls[name].front());
-        EXPECT_EQ(shape(call), allowedShape(function)) << name;
-        EXPECT_EQ(strangers(call, false, false), Cells()) << name << ", one call";
-        const Code& block = blocks[name].front();
-        EXPECT_EQ(shape(block), "{ " + allowedShape(function) + "} ") << name;
-        EXPECT_EQ(strangers(turnOf(block), hasInit, true), Cells()) << name << ", a turn of the block";
+TEST(TimedCode, IsTheBodyAndItsCountedLoop) {
+    std::set<std::string> shapes;
+    for (const auto& [body, isBlock, hasInit, code] : timedStretches()) {
+        const bool isBare = body == "zyNoInit";
+        const std::string kind = !isBlock ? ", one call: " : hasInit ? ", turns with an init: " : ", turns: ";
+        shapes.insert(body + kind + shape(code) + "\n");
+        const Code turn = isBlock ? turnOf(code) : withoutStatus(code);
+        EXPECT_EQ(isBare ? Cells() : strangers(turn, isBlock && hasInit, isBlock), Cells()) << body << kind;
     }
-    ASSERT_FALSE(blocks["zyNoInit"].empty());
-    for (const Code& bare : blocks["zyNoInit"]) {
-        EXPECT_EQ(shape(bare), "{ } ");
-    }
+    expectGolden("run/golden/timed_code.txt", std::accumulate(shapes.begin(), shapes.end(), std::string()));
 }
 
 }  // namespace

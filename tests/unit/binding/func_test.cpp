@@ -45,25 +45,6 @@ TEST(Func, KnowsTheTypesOfTheArguments) {
     }
 }
 
-TEST(Func, ReadsTheChannelLayout) {
-    static constexpr Row rows[] = {
-        // channels of source and destination, p for planes and a for alpha, and the library's code
-        {"zyliCopy_8u_P4C4R", "P4:4p C4:4 7"},      {"zyliCopy_8u_C3AC4R", "C3:3 AC4:4a 3"},
-        {"zyliCopy_8u_AP4R", "AP4:4pa AP4:4pa 11"}, {"zyliCopy_8u_A0C4R", "A0C4:4a A0C4:4a 10"},
-        {"zyliCopy_8u_C3CR", "C3:3 C3:3 3"},        {"zyliCopy_8u_C5", ":0 :0 0"},
-        {"zyliCompare_8u_C3R", "C3:3 C3:1 3"},
-    };
-    for (const auto& [name, expected] : rows) {
-        const zyFunc func = name;
-        std::string layout;
-        for (const zyArg arg : {zyArgSrc2, zyArgDst}) {
-            layout += str(func.channelsName(arg)) + ":" + std::to_string(func.channels(arg)) +
-                      (func.plane(arg) ? "p" : "") + (func.alpha(arg) ? "a" : "") + " ";
-        }
-        EXPECT_EQ(layout + std::to_string(func.zylChannels(1)), expected) << name;
-    }
-}
-
 TEST(Func, SortsTypesByValueAndDescriptorsByLayout) {
     static constexpr const char* sorted[] = {
         "__mrZorvaCpu",   "zyliAdd_8u_C1R", "zyliAdd_8u_C4R", "zyliAdd_8u_AC4R", "zyliAdd_8u_C1IR",

@@ -48,23 +48,6 @@ TEST(FloatState, CollectsOverSeveralCalls) {
     EXPECT_TRUE(x87.badStatus());
 }
 
-TEST(FloatState, LeavesAnAbsentUnitAlone) {
-    struct AbsentSSX : tsSSXBase {
-        AbsentSSX() { m_present = false; }
-    };
-    const KeptFloatState kept;
-    zylFpuSsx4TS(5, 0x6008, 0xFFFF & ~0x1F80U);
-    const unsigned before = wordSSX();
-    mrSSX ssx(std::make_unique<AbsentSSX>());
-    ssx.init();
-    ssx.clear();
-    ssx.start();
-    ssx.stop();
-    EXPECT_EQ(wordSSX(), before);
-    EXPECT_EQ(str(ssx.strExceptionState()), "cpu has not SSX extension");
-    EXPECT_FALSE(ssx.badStatus());
-}
-
 TEST(FloatState, EachCombinationStartsFromTheDefaults) {
     const KeptFloatState kept;
     zylFpuSsx4TS(1, 0xC00, 0xF3F);

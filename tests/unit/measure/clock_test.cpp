@@ -6,11 +6,9 @@
 
 #include <tuple>
 
-#include "machine/mrident.h"
 #include "machine/mrpriority.h"
 #include "measure/mrtickrate.h"
 #include "support/captured_output.h"
-#include "support/recorded_processor.h"
 
 namespace {
 
@@ -73,35 +71,6 @@ TEST(TickRate, IsThatOfUndisturbedSeconds) {
         EXPECT_NEAR(Machine::s_now - 5.3, seconds, 0.5);
         EXPECT_EQ(output.text(), told);
     }
-}
-
-/// The fields as the leaves give them, the flags in the order of the bits below.
-std::vector<int> identOf(Zyl32u highest, Zyl32u extended, std::vector<ProcessorRecord::Leaf> leaves) {
-    const ProcessorRecord record = {"ZorvaGenuine", "", highest, extended, std::move(leaves)};
-    const RecordedProcessor processor(record);
-    tamarinIdent id = {};
-    EXPECT_EQ(zyl_get_tamarin_ident(&id), 0);
-    return {id.mmx,     id.sse,  id.sse2,     id.htt,   id.sse3,           id.ssse3,         id.sse41,
-            id.sse42,   id.avx,  id.osxsave,  id.movbe, id.lm64,           id.features,      id.family,
-            id.model,   id.type, id.stepping, id.cores, id.extendedFamily, id.extendedModel, id.leaf2EAX,
-            id.leaf2EDX};
-}
-
-TEST(Ident, TakesFlagsAndFieldsFromTheirBits) {
-    // Extended family 0xAB, extended model 0xC, family 9, model 0xD, stepping 7; of the type only bit 12.
-    // Of the flags every second one, and then the others.
-    const auto leaves = [](Zyl32u ecx, Zyl32u edx) {
-        return std::vector<ProcessorRecord::Leaf>{{1, 0, {0x0ABC19D7, 0, ecx, edx}},
-                                                  {2, 0, {11, 1, 1, 22}},
-                                                  {4, 0, {0x1FFFFFFF, 0, 0, 0}},
-                                                  {0x80000001, 0, {0, 0, 0, 1U << 29}}};
-    };
-    EXPECT_EQ(
-        identOf(4, 0x80000001, leaves(0x10480001, 0x04800000)),
-        (std::vector<int>{1, 0, 1, 0, 1, 0, 1, 0, 1, 0, 1, 1, 0x04800000, 9, 13, 3, 7, 8, 0xAB, 12, 11, 22}));
-    EXPECT_EQ(
-        identOf(3, 0x80000000, leaves(0x08100200, 0x12000000)),
-        (std::vector<int>{0, 1, 0, 1, 0, 1, 0, 1, 0, 1, 0, 0, 0x12000000, 9, 13, 3, 7, 1, 0xAB, 12, 11, 22}));
 }
 
 /// Ends the process with the priority that a level sets, counted from 20.

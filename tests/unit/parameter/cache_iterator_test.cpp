@@ -26,21 +26,6 @@ TEST(CacheIterator, ChangesNumbers) {
     }
 }
 
-TEST(CacheIterator, ChangesSizes) {
-    static constexpr std::tuple<ZyliSize, int, int, bool, ZyliSize> rows[] = {
-        {{8, 4}, 10, 100, true, {8, 8}},    {{8, 8}, 10, 100, true, {16, 8}},
-        {{8, 4}, 100, 10, true, {4, 4}},    {{1, 1}, 100, 10, true, {1, 0}},
-        {{8, 8}, 10, 100, false, {32, 16}}, {{8, 8}, 200, 100, false, {4, 4}},
-        {{8, 8}, 100, 100, false, {8, 4}},
-    };
-    for (const auto& [before, actual, limit, approach, after] : rows) {
-        ZyliSize value = before;
-        const bool changed = mrCacheIteratorSize::updateValue(value, actual, limit, approach);
-        EXPECT_EQ(changed, after.height > 0);
-        EXPECT_EQ(std::pair(value.width, value.height), std::pair(after.width, after.height));
-    }
-}
-
 /// Data of a test in a cache of 1000000 bytes: one object, and one block for all of it.
 class CacheWalk : public testing::Test, public mrObject {
   protected:

@@ -52,6 +52,8 @@ class Utf : public OnEachPath {
         int status;
         int consumed;
         To text;
+
+        bool operator==(const Converted&) const = default;
     };
 
     /// Between buffers that end where readable and writable memory ends.
@@ -141,6 +143,26 @@ TEST_P(Utf, IllFormedTextStopsAtTheLastWholeCharacter) {
             EXPECT_EQ(result.consumed, ascii + row.consumed) << testing::PrintToString(text);
             EXPECT_EQ(result.text, units);
         }
+    }
+}
+
+// The bytes, of which every fourth is not ASCII, in any room.
+TEST_P(Utf, AnyBytesGiveWhatThePlainPathMakesOfThem) {
+    std::minstd_rand random(11);
+    for (int i = 0; i < 20000; ++i) {
+        Bytes text(random() % 80);
+        for (Zyl8u& byte : text)
+            byte = static_cast<Zyl8u>(random() % 4 == 0 ? random() >> 8 : random() % 0x80);
+        Units units(text.begin(), text.end());
+        for (Zyl16u& unit : units)
+            unit = static_cast<Zyl16u>(unit < 0x80 ? unit : 0xD000 + 16 * unit);  // a surrogate
+        const std::size_t room = random() % 100;
+        choose(GetParam());
+        const auto there = converted<Units>(text, room);
+        const auto back = converted<Bytes>(units, room);
+        choose(Without[0]);
+        ASSERT_EQ(there, converted<Units>(text, room)) << testing::PrintToString(text);
+        ASSERT_EQ(back, converted<Bytes>(units, room)) << testing::PrintToString(text);
     }
 }
 
