@@ -78,7 +78,7 @@ class mrTest : public mrControlStatus {
     // The walk over the combinations, mrtestwalk.cpp.
 
     virtual void loopData();
-    /// For tests that compute their own figure.
+    /// For suites that compute their own figure; none of the program does.
     void setTimingResult(double clocks, mrString comment);
     /// What the calls of a combination left in the control status, as a result; the test keeps it for its
     /// summary.
@@ -93,6 +93,7 @@ class mrTest : public mrControlStatus {
     /// Save, or put back, the contents of all blocks that have an owner; the number of blocks for which that
     /// worked.
     static int reserveAllVectors();
+    // This one is for suites that put data back themselves; a measurement calls mrRestoreAllCopies.
     static int resetAllVectors();
 
     // The combination in the hands of a driver, mrtestturns.cpp.
@@ -131,33 +132,6 @@ class mrTest : public mrControlStatus {
     virtual void outputRegInfo();
     /// Lists all data blocks; returns their number.
     virtual int printAllMemoryBlocks(mrString title);
-<<<<<<< HEAD
-    /// The combination in the hands of a driver, job/mrtestturns.cpp. The result is that of the control
-    /// status and the library.
-    mrResult takeTurns();
-    /// For suites that compute their own figure; none of the program does.
-    void setTimingResult(double clocks, mrString comment);
-
-    // Data blocks.
-
-    /// A block on the list of mrmemory.h. A negative `align` asks for the session's misalignment. Consecutive
-    /// blocks get different shifts, which carry over from one combination and one test to the next.
-    static void* allocate(int size, int align, mrObject* object = nullptr);
-    static void deallocate(void* block);
-    /// Save, or put back, the contents of all blocks that have an owner; the number of blocks for which that
-    /// worked.
-    static int reserveAllVectors();
-    // This one is for suites that put data back themselves; a measurement calls mrRestoreAllCopies.
-    static int resetAllVectors();
-    /// Appends a size parameter; with -C the cache iterator around it takes its place. `check` may change the
-    /// size itself.
-    void regCacheParm(mrIterator<int>& size, mrObject* object, mrCacheCheck check);
-
-    /// What the calls of a combination left in the control status, as a result; the test keeps it for its
-    /// summary.
-    mrResult checkCtrlStatus();
-=======
->>>>>>> job
 
     bool m_deprecated = false;  ///< a deprecated pass of the result line is in progress
     mrDate m_date;
