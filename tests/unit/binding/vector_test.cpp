@@ -68,6 +68,17 @@ TEST(Vector, FillsWithinTheTypeAndPrintsColumns) {
     }
 }
 
+TEST(Vector, RampsWrapOrStay) {
+    zyVector vector(zy16s);
+    ASSERT_TRUE(vector.createVector(6, 0));
+    vector.setSequence(0, 50);
+    EXPECT_EQ(valuesOf(vector), (Values{0, 10, 20, 30, 40, 50}));
+    vector.setSequence(0, 9, 2.5, true);
+    EXPECT_EQ(valuesOf(vector), (Values{0, 2, 5, 7, 0, 2}));
+    vector.setSequence(0, 3, 2, false);
+    EXPECT_EQ(valuesOf(vector), (Values{0, 2, 3, 3, 3, 3}));
+}
+
 TEST(Vector, RandomNumbersAreThoseOfTheSeed) {
     zyVector vector(zy32u);
     zyVector::m_seed = 7;
