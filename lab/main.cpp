@@ -92,7 +92,7 @@ void addCompare(CLI::App& app, CommandLine& line) {
     command.add_option("--metrig", settings.instrument, "the instrument (that of the libraries' width)")
         ->check(CLI::ExistingFile);
     addShowing(command, line);
-    command.footer(std::string("Keys of metrig for both sides stand behind \"--\".\n") + statuses);
+    command.footer(std::string("Keys of metrig for both sides stand after \"--\".\n") + statuses);
 }
 
 CLI::App& addOfStore(CLI::App& app, const char* name, const char* description, CommandLine& line) {
@@ -154,7 +154,7 @@ int run(CLI::App& app, CommandLine& line, const std::vector<std::string>& keys) 
 }
 
 int runCommandLine(int argc, char** argv) {
-    // what stands behind the first "--" is metrig's, whatever it looks like
+    // what stands after the first "--" is metrig's, whatever it looks like
     char** const end = argv + argc;
     char** const ours = std::find(argv + std::min(argc, 1), end, std::string("--"));
     const std::vector<std::string> keys(ours == end ? end : ours + 1, end);

@@ -139,7 +139,7 @@ void keepLoss(Store& store, const Survey& survey, std::size_t side, const Watche
     const std::string text = std::string("the instrument of the ") + (side == 0 ? "old" : "new") +
                              " side does not get past " +
                              (survey.lostIn.empty() ? "its start" : survey.lostIn) + " (" + survey.loss +
-                             "): nothing behind it is compared";
+                             "): nothing after it is compared";
     store.addWarning(text);
     watcher.warning(text);
 }

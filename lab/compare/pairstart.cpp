@@ -13,7 +13,7 @@ namespace {
 constexpr std::uint64_t MostPadding = 4096;
 
 std::vector<std::string> environmentOf(const StoredSide& side, const std::string& copies, int mhz) {
-    // the original folder behind the copy, for objects that the library itself asks for
+    // the original folder after the copy, for objects that the library itself asks for
     return {"LD_LIBRARY_PATH=" + copies + ":" + side.folder, "METRIG_MHZ=" + std::to_string(mhz)};
 }
 

@@ -10,7 +10,7 @@ namespace lab {
 
 namespace {
 
-/// The number at the start of the text, and what stands behind it.
+/// The number at the start of the text, and what stands after it.
 std::pair<double, std::string> numberAndUnit(const std::string& text) {
     double value = 0.0;
     const char* end = text.data() + text.size();

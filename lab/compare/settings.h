@@ -41,7 +41,7 @@ double parseShare(const std::string& text);
 double parseSeconds(const std::string& text);
 /// "8:40" or "16".
 std::array<int, 2> parsePairs(const std::string& text);
-/// The keys of one option: "-TSSE2 -j5" are two, as a key begins with "-" behind a blank.
+/// The keys of one option: "-TSSE2 -j5" are two, as a key begins with "-" after a blank.
 std::vector<std::string> parseKeys(const std::string& text);
 
 }  // namespace lab

@@ -112,7 +112,7 @@ std::string countsText(const Counts& counts) {
     return text;
 }
 
-/// What stands behind the parameters of a point: what became of it, and its marks.
+/// What stands after the parameters of a point: what became of it, and its marks.
 std::string remarks(const Point& point) {
     std::string text;
     const auto fate = [&](std::string_view side, const Fate& its) {

@@ -53,7 +53,7 @@ class Statement {
         return *this;
     }
 
-    /// To the next row; false behind the last one, ready for other parameters.
+    /// To the next row; false after the last one, ready for other parameters.
     bool row();
     /// For statements without result.
     void run() {

@@ -35,7 +35,7 @@ class Instrument {
     const HelloMessage& hello() const { return m_hello; }
     pid_t process() const { return m_child.process(); }
 
-    /// Where the walk stands; nothing before the first step and behind the end.
+    /// Where the walk stands; nothing before the first step and after the end.
     const std::optional<PointMessage>& point() const { return m_point; }
     /// Of the last test that has ended.
     const ResultMessage& result() const { return m_result; }
@@ -48,11 +48,11 @@ class Instrument {
 
     /// To the next point; false at the end of the run and at a loss.
     bool step();
-    /// To the first point behind the test of this one.
+    /// To the first point after the test of this one.
     bool skip();
 
     /// So many blocks of so many calls at the point. At a loss where the test alone has ended the next step
-    /// goes on behind it.
+    /// goes on after it.
     Take take(long long calls, int blocks);
 
     /// Ends the run.

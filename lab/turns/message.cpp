@@ -41,7 +41,7 @@ std::optional<Message> hello(Words words) {
     if (!version) {
         return std::nullopt;
     }
-    // what another version says behind its number is not for this one to judge
+    // what another version says after its number is not for this one to judge
     const auto mhz = number<int>(words.next());
     return HelloMessage{*version, mhz.value_or(0), std::string(words.rest())};
 }

@@ -25,7 +25,7 @@ class Walker {
 
     Instrument& instrument() { return m_instrument; }
 
-    /// To the first point of the route at `wanted` or behind it; false if there is none.
+    /// To the first point of the route at `wanted` or after it; false if there is none.
     bool goTo(std::size_t wanted) {
         const PointMessage& target = m_route.points()[wanted];
         while (m_place == Place::Start || m_place == Place::Point) {

@@ -41,7 +41,7 @@ namespace {
 
 constexpr double seems = 0.025;
 
-/// Fair coins thrown one behind the other, until a look at which too few have shown heads.
+/// Fair coins thrown one after the other, until a look at which too few have shown heads.
 class CoinWalk {
   public:
     /// A look after so many coins.

@@ -72,7 +72,7 @@ struct Decision {
 };
 
 /// The verdict on a point from what is there so far: the same evidence gives the same decision, however often
-/// a comparison was interrupted. A margin of 0.01 is one percent. Pairs behind the look that closed a point,
+/// a comparison was interrupted. A margin of 0.01 is one percent. Pairs after the look that closed a point,
 /// or that asked for fresh ones, do not count.
 Decision decide(const Evidence& evidence, const Plan& plan, double margin);
 

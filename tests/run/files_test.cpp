@@ -14,7 +14,7 @@ TEST(Dialogue, ValuesComeFromOptionFileAnswerAndDefaultInThisOrder) {
                                  .input = "40; 60; +10\nby\n\n",  // and there the input ends
                                  .seconds = 20});
     expectCleanEnd(outcome);
-    // Of the values of the file, the option before it, what was typed, and the defaults behind its end.
+    // Of the values of the file, the option before it, what was typed, and the defaults after its end.
     const std::size_t begin = std::min(outcome.output.find("\n ***") + 1, outcome.output.size());
     expectGolden("run/golden/dialogue.txt",
                  outcome.output.substr(begin, outcome.output.find("| Function") - begin));

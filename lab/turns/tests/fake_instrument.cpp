@@ -5,7 +5,7 @@
 ///   status F 5     status at each turn
 ///   signal F       the test ends in place of the ticks
 ///   exit F 3, abort F, kill F, hang F, nonsense F      in place of the ticks
-///   smash F        dies behind the test
+///   smash F        dies after the test
 ///   without F      has no such test
 ///   version 2, dumb, deaf         at the start
 /// With FAKE_DELAY_US in the environment each turn takes that long.

@@ -33,7 +33,7 @@ mrUStream& operator<<(mrUStream& stream, const mrReportEnd& report);
 /// For a suite's session that closes the table with the counters.
 mrCStream& operator<<(mrCStream& stream, const mrReportEnd& report);
 
-/// The tests that the conditions select, behind the library's functions that the mode (mrListMode) asks for.
+/// The tests that the conditions select, after the library's functions that the mode (mrListMode) asks for.
 /// A flat list of cells; a cell "\n" ends a row.
 class mrReportList : public mrList<mrString> {
   public:
