@@ -113,7 +113,7 @@ class TimsFind : public zyVectorTest<vectors, g_vectorLength> {
     }
 
     /// False for a text that is too short for any.
-    bool hasNearMisses() const { return m_hasRev ? len - 2 > len / 2 : len >= 4; }
+    bool hasNearMisses() const { return len >= (m_hasRev ? 5 : 4); }
 
     /// Before the match, stretches that are one byte short of it.
     void layOutHard() const {
