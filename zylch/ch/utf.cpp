@@ -218,10 +218,10 @@ int convert(const From* src, int* lenSrc, To* dst, int* lenDst,
     Counts counts;
     int status = zylStsNoErr;
     while (status == zylStsNoErr && counts.consumed < *lenSrc) {
-        const From* at = src + counts.consumed;
+        const From* head = src + counts.consumed;
         const int atMost = std::min(*lenSrc - counts.consumed, *lenDst - counts.written);
-        if (*at < 0x80 && atMost > 0) {
-            const int run = runOfAscii(at, dst + counts.written, atMost);
+        if (at(head, 0) < 0x80 && atMost > 0) {
+            const int run = runOfAscii(head, dst + counts.written, atMost);
             counts.consumed += run;
             counts.written += run;
         } else {
