@@ -54,6 +54,9 @@ TEST(Turns, WhateverHappensEndsInWords) {
         {"take 10 3\nskip\n", "zylsCompare_8u=negative",
          point + "status -8\nticks N N\nresult zylsCompare_8u FUNCFAIL\n" + next + "", gone},
         {"take 0 1\n", "", point, "-- the driver of the turns sends no command: take%200%201"},
+        {"take 1000000 4096\n", "", point,
+         "-- the driver of the turns sends no command: take%201000000%204096"},
+        {std::string("take\0 1\n", 8), "", point, "-- the driver of the turns sends no text"},
         {"next\nquit\ntake 1 1\n", "", point + point128 + "result zylsCompare_8u OK\nend\n", ""},
     };
     for (const auto& [commands, faults, answers, told] : rows) {

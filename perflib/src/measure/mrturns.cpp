@@ -5,9 +5,11 @@
 #include <unistd.h>
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "machine/mrlibrary.h"
 #include "machine/mrstop.h"
@@ -94,7 +96,8 @@ void mrTurns::serve(const mrTurnPoint& point, mrTool& tool) {
             return;
         }
         if (std::sscanf(line.c_str(), "take %7d %7d%n", &calls, &blocks, &used) != 2 ||
-            used != line.length() || calls < 1 || calls > MostCalls || blocks < 1 || blocks > MostBlocks) {
+            used != line.length() || calls < 1 || calls > MostCalls || blocks < 1 || blocks > MostBlocks ||
+            calls > INT_MAX / blocks) {
             endRun(mrString("the driver of the turns sends no command: ") + escaped(line));
             return;
         }
@@ -157,6 +160,10 @@ bool mrTurns::readLine(mrString& line) {
         }
         char buffer[LongestLine + 1];
         const ssize_t count = waited ? read(m_in, buffer, sizeof buffer - 1) : -1;
+        if (count > 0 && std::memchr(buffer, '\0', static_cast<std::size_t>(count)) != nullptr) {
+            endRun("the driver of the turns sends no text");
+            return false;
+        }
         if (count > 0) {
             buffer[count] = '\0';
             m_pending << buffer;
