@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <vector>
 
+#include "steps.h"
 #include "zy.h"
 
 namespace {
@@ -14,26 +15,15 @@ constexpr int Calls = 1000;
 
 unsigned value = 3;
 
-/// A chain in which each multiplication waits for the one before.
-template <int Count>
-ZY_ENTRY void multiply() {
-    asm volatile(
-        ".rept %c1\n\t"
-        "imul %0, %0\n\t"
-        ".endr"
-        : "+r"(value)
-        : "i"(Count));
-}
-
 ZY_ENTRY int tcall_empty() { return 0; }
 
 ZY_ENTRY int tcall_single() {
-    multiply<Multiplications>();
+    multiply<Multiplications>(value);
     return 0;
 }
 
 ZY_ENTRY int tcall_double() {
-    multiply<2 * Multiplications>();
+    multiply<2 * Multiplications>(value);
     return 0;
 }
 

@@ -7,12 +7,7 @@ static unsigned value = 3;
 
 template <int Count>
 static int chain() {
-    asm volatile(
-        ".rept %c1\n\t"
-        "imul %0, %0\n\t"
-        ".endr"
-        : "+r"(value)
-        : "i"(Count));
+    multiply<Count>(value);
     return 0;
 }
 
