@@ -22,10 +22,12 @@
         stroke: page.colour("soft"),
         font,
         labelFont: font,
-        labelSize: 18,
-        labelGap: 4,
+        labelSize: 20,
+        labelGap: 0,
         gap: 6,
+        size: 30,
         ticks: {show: false},
+        filter: (plot, splits) => splits,
         grid: {stroke: page.colour("line"), width: 1},
         ...more,
     });
@@ -55,28 +57,38 @@
         range: (plot, low, high) => low > 0 ? [low / room, high * room] : [1, 10],
     });
 
-    /// Changes in percent: even up to the margin (in percent too), logarithmic beyond.
+    /// A scale and an axis of changes in percent: even up to the margin (in percent too), logarithmic beyond.
     page.changeScale = (margin, low, high) => ({
         distr: 4,
         asinh: margin,
         range: () => [Math.min(low, -2 * margin) * 1.15, Math.max(high, 2 * margin) * 1.15],
     });
-    page.changeSplits = (low, high) => {
-        const steps = [0.5, 1, 2, 5, 10, 20, 50, 100, 200, 500, 1000, 2000, 5000, 10000];
-        const all = [...steps.map(step => -step).reverse(), 0, ...steps].filter(step => step >= low && step <= high);
-        // where they stand close, each second of both sides goes
-        return all.length <= 13 ? all : all.filter(step => step === 0 || steps.indexOf(Math.abs(step)) % 2 === 1);
+    const changeSplits = (plot, axis, low, high) => {
+        const place = value => Math.asinh(value / plot.scales.y.asinh);
+        const apart = 18 * (place(high) - place(low)) / plot.height;
+        const splits = [0];
+        // outward from none, leaving out what would stand too close
+        for (const sign of [1, -1]) {
+            let last = 0;
+            for (const step of [0.5, 1, 2, 5, 10, 20, 50, 100, 200, 500, 1000, 2000, 5000, 10000]) {
+                if (step <= (sign > 0 ? high : -low) && place(step) - place(last) >= apart) {
+                    splits.push(sign * step);
+                    last = step;
+                }
+            }
+        }
+        return splits.sort((a, b) => a - b);
     };
-    page.changeValues = (plot, splits) => splits.map(split => (split > 0 ? "+" : split < 0 ? "\u2212" : "")
-        + Math.abs(split) + "%");
+    page.changeAxis = () => page.axis({size: 58, splits: changeSplits, values: (plot, splits) => splits.map(
+        split => (split > 0 ? "+" : split < 0 ? "\u2212" : "") + Math.abs(split) + "%")});
 
     /// Fills between two values of y over the whole width, for a hook of uPlot.
-    page.band = (plot, low, high, colour, scale = "y") => {
+    page.band = (plot, low, high, colour) => {
         const {ctx, bbox} = plot;
-        const top = Math.max(plot.valToPos(high, scale, true), bbox.top);
-        const bottom = Math.min(plot.valToPos(low, scale, true), bbox.top + bbox.height);
+        const top = Math.max(plot.valToPos(high, "y", true), bbox.top);
+        const bottom = Math.min(plot.valToPos(low, "y", true), bbox.top + bbox.height);
         ctx.fillStyle = colour;
-        ctx.fillRect(bbox.left, top, bbox.width, Math.max(bottom - top, 0));
+        ctx.fillRect(bbox.left, top, bbox.width, Math.max(bottom - top, devicePixelRatio));
     };
 
     const legend = keys => page.el("ul", {class: "legend"},

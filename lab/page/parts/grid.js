@@ -7,12 +7,13 @@
 ///         groups: [{
 ///             caption: "by VectorLength",
 ///             columns: ["8", "64"],                      // heads, texts
-///             rows: [{head: "zylsFindC_8u", note: "at the start", cells: [cell, null, ...]}],
+///             rows: [{head: "zylsFindC_8u", cells: [cell, null, ...]}],
 ///         }],
 ///     })
 ///
 /// A cell is {text, label, href, kind, level}: `text` stands in it, `label` is what it says in full, `kind` and
-/// `level` choose its colour (classes of the style). null: there is none. Heads may be nodes.
+/// `level` choose its colour (classes of the style). null: there is none. A row of {span: text} is a heading of
+/// the rows below it, which have `sub`.
 
 (() => {
     "use strict";
@@ -25,8 +26,11 @@
         title: cell.label,
     }, cell.text));
 
-    const rowNode = row => page.el("tr", {},
-        page.el("th", {scope: "row"}, row.head, row.note ? page.el("span", {class: "note"}, row.note) : null),
+    const spanNode = (text, columns) => page.el("tr", {class: "span"},
+        page.el("th", {scope: "rowgroup", colspan: columns + 1}, text));
+
+    const rowNode = row => page.el("tr", {class: row.sub && "sub"},
+        page.el("th", {scope: "row"}, row.head),
         ...row.cells.map(cellNode));
 
     const groupNode = (group, label) => page.el("div", {class: "grid-scroll"},
@@ -34,7 +38,8 @@
             page.el("caption", {}, group.caption),
             page.el("thead", {}, page.el("tr", {}, page.el("th", {scope: "col"}, page.el("span", {class: "unseen"}, "function")),
                 ...group.columns.map(column => page.el("th", {scope: "col"}, column)))),
-            page.el("tbody", {}, ...group.rows.map(rowNode))));
+            page.el("tbody", {}, ...group.rows.map(
+                row => row.span ? spanNode(row.span, group.columns.length) : rowNode(row)))));
 
     /// The next cell from (row, column) in the direction given, over empty places and from group to group.
     const nextCell = (rows, row, column, down, right) => {
