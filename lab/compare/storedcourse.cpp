@@ -1,8 +1,8 @@
-/// The run over time is read from the turns themselves. What a call takes when nothing disturbs is the least it
-/// ever took at that point on that side; the time of a visit over that is how much the visit was slowed down.
-/// Slices of time hold visits of many points, and their median is the machine's doing, not a point's. A point
-/// whose speed hangs on the place of code and data would say "slowed down" on a quiet machine too, so such
-/// points are left out.
+/// The run over time is read from the turns themselves. What a call takes when nothing disturbs is the least
+/// it ever took at that point on that side; the time of a visit over that is how much the visit was slowed
+/// down. Slices of time hold visits of many points, and their median is the machine's doing, not a point's. A
+/// point whose speed hangs on the place of code and data would say "slowed down" on a quiet machine too, so
+/// such points are left out.
 
 #include "compare/storedcourse.h"
 
@@ -54,8 +54,8 @@ std::optional<Stay> stayOf(std::size_t point, const std::vector<Turn>& turns) {
 }
 
 void addSlices(Course& course, const std::vector<Stay>& stays, std::size_t points) {
-    std::vector<std::array<double, 2>> least(points, {std::numeric_limits<double>::max(),
-                                                      std::numeric_limits<double>::max()});
+    std::vector<std::array<double, 2>> least(
+        points, {std::numeric_limits<double>::max(), std::numeric_limits<double>::max()});
     double end = 0;
     for (const Stay& stay : stays) {
         for (std::size_t side = 0; side < 2; ++side) {
