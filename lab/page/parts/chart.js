@@ -132,8 +132,8 @@
             if (!plot || event.ctrlKey || event.altKey || event.metaKey) {
                 return;
             }
-            if (event.key in keys) {
-                const last = plot.data[0].length - 1;
+            const last = plot.data[0].length - 1;
+            if (event.key in keys && last >= 0) {
                 moveTo(Math.max(0, Math.min(last, at + keys[event.key])));
                 event.preventDefault();
             } else if (event.key === "Enter" && spec.pick && at >= 0) {
