@@ -180,7 +180,7 @@
                     series: [{}, {paths: () => null, points: {show: false}}],
                     scales: {x: {time: false, range: (plot, from, to) => [Math.max(0, from - 0.5), to + 0.5]}, y: page.changeScale(100 * margin, low, high)},
                     axes: [
-                        page.axis({label: "points, slowest first", size: 48, grid: {show: false}}),
+                        page.axis({label: "points, slowest first", grid: {show: false}}),
                         page.changeAxis(),
                     ],
                     cursor: {drag: {x: true, y: false, dist: 8}},
@@ -244,7 +244,7 @@
                     {paths: () => null, points: {show: true, size: 6, width: 0, fill: page.colour("ink")}}],
                 scales: {x: {time: false}, y: {range: (plot, low, high) => [0, Math.max(10, 1.1 * high)]}},
                 axes: [
-                    page.axis({label: "seconds", size: 48, grid: {show: false}}),
+                    page.axis({label: "seconds", grid: {show: false}}),
                     page.axis({size: 52, values: (plot, splits) => splits.map(split => `+${split}%`)}),
                 ],
                 hooks: {drawClear: [busy]},
