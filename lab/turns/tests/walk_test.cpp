@@ -71,7 +71,7 @@ TEST(Walk, DrawsWhichSideComesToAPointFirst) {
     constexpr int pairs = 16;
     for (std::uint64_t pair = 1; pair <= pairs; ++pair) {
         const TestFolder meeting;
-        const Walked walk = walked("", {0}, milliseconds(10000), pair, meeting.path(""));
+        const Walked walk = walked("", {1}, milliseconds(10000), pair, meeting.path(""));
         unsetenv("FAKE_MEETING");
         olderFirst += pairOf(walk.visits.at("F1").front().turns)->value < 0;
     }
