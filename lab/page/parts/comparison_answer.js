@@ -38,7 +38,7 @@
         page.intervalDrawing(point),
         el("div", {class: "worst-change number"}, page.badge(point.mark, false), " ",
             el("strong", {class: "change " + point.mark.key}, page.change(point.middle)),
-            el("span", {class: "note soft small"}, point.reason ? "cannot tell: " + point.reason : page.interval(point.ratio))));
+            el("span", {class: "note soft small"}, page.whyOf(point) || page.interval(point.ratio))));
 
     const worst = () => {
         const most = 5;

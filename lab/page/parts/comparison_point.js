@@ -115,7 +115,8 @@
                 },
                 axes: [
                     page.axis({label: isCounted ? "cases" : current.family.axis, grid: {show: false}, splits: () => row.map(point => point.along),
-                        values: (plot, splits) => splits.map(split => split.toLocaleString("en", {useGrouping: false}))}),
+                        values: (plot, splits) => splits.map(
+                            (split, i) => i % Math.ceil(splits.length / 7) === 0 ? split.toLocaleString("en", {useGrouping: false}) : "")}),
                     page.axis({label: "clocks/" + current.unit, size: 52, splits: (plot, axis, from, to) => page.logSplits(from, to),
                         values: (plot, splits) => splits.map(split => String(Number(split.toPrecision(3))))}),
                 ],

@@ -256,7 +256,7 @@
 
     const columns = [
         {title: "Verdict", value: point => ranks.get(point), show: point => el("div", {}, page.badge(point.mark),
-            point.reason ? el("span", {class: "note"}, point.reason) : null)},
+            point.reason ? el("span", {class: "note"}, page.whyOf(point)) : null)},
         {title: "Function and parameters", kind: "wide", value: point => `${point.function} ${point.names}`, show: point => el("div", {},
             el("a", {href: point.href, class: "code"}, point.function), el("span", {class: "note"}, point.names),
             ...point.marks.map(mark => el("span", {class: "mark"}, mark)))},
