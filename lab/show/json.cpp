@@ -13,7 +13,10 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-Json orNull(std::optional<double> value) { return value ? Json(*value) : Json(nullptr); }
+template <class Number>
+Json orNull(const std::optional<Number>& value) {
+    return value ? Json(*value) : Json(nullptr);
+}
 
 Json figure(double value, int decimals) { return orNull(rounded(value, decimals)); }
 Json ratio(double logRatio) { return orNull(ratioFigure(logRatio)); }
