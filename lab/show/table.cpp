@@ -15,16 +15,6 @@
 namespace lab {
 namespace {
 
-/// Bytes that could steer a terminal, or take more or less than a column, are written as "\xNN".
-std::string printable(std::string_view text) {
-    std::string shown;
-    for (const char c : text) {
-        shown += c >= ' ' && c <= '~' ? std::string(1, c)
-                                      : fmt::format("\\x{:02x}", static_cast<unsigned char>(c));
-    }
-    return shown;
-}
-
 bool died(const Point& point) { return point.decision.reason == Reason::crash; }
 
 /// Groups of lines, the worst first.
@@ -274,6 +264,15 @@ std::size_t functionsWith(const std::vector<Point>& points, Verdict verdict) {
 }
 
 }  // namespace
+
+std::string printable(std::string_view text) {
+    std::string shown;
+    for (const char c : text) {
+        shown += c >= ' ' && c <= '~' ? std::string(1, c)
+                                      : fmt::format("\\x{:02x}", static_cast<unsigned char>(c));
+    }
+    return shown;
+}
 
 bool coloursWanted(bool terminal, const char* noColour) {
     return terminal && (noColour == nullptr || *noColour == '\0');

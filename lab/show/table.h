@@ -4,6 +4,7 @@
 
 #include <set>
 #include <string>
+#include <string_view>
 
 #include "show/report.h"
 
@@ -14,6 +15,9 @@ struct TableStyle {
     std::set<Verdict> only;  ///< lines of these verdicts alone; empty: all
     bool colours = false;
 };
+
+/// Bytes that could steer a terminal, or take more or less than a column, are written as "\xNN".
+std::string printable(std::string_view text);
 
 /// Whether a terminal gets colours: `noColour` is the value of NO_COLOR, null when it is not set.
 bool coloursWanted(bool terminal, const char* noColour);
