@@ -48,6 +48,9 @@ std::size_t at(int index) { return static_cast<std::size_t>(index); }
 /// Builds after a departure during which it keeps back what the next build is measured against.
 constexpr int BuildsInDoubt = 4;
 
+/// A drift that pauses for no more builds is one drift.
+constexpr int LongestPause = 4;
+
 /// The known levels of one chain from build `first` to `last`.
 std::vector<int> knownBuilds(const std::vector<Level>& levels, int first, int last) {
     std::vector<int> builds;
@@ -176,13 +179,11 @@ int buildAfter(const std::vector<Level>& levels, int build) {
     return -1;
 }
 
-/// A drift that goes on is one drift.
 void put(std::vector<Change>& changes, const Change& change, const std::vector<Level>& levels) {
-    if (!changes.empty() && change.drift && changes.back().drift && changes.back().to == change.from &&
-        changes.back().slower() == change.slower()) {
+    if (!changes.empty() && change.drift && changes.back().drift &&
+        change.from - changes.back().to <= LongestPause && changes.back().slower() == change.slower()) {
         Change& last = changes.back();
         last.to = change.to;
-        last.told = change.told;
         last.size = difference(levels, last.from, last.to);
     } else {
         changes.push_back(change);

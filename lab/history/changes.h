@@ -17,7 +17,7 @@ struct Change {
     bool drift = false;  ///< false: a step, at `to`
     int from = 0;        ///< last build of the old level
     int to = 0;          ///< first build of the new level; of a drift the build up to which it is known
-    int told = 0;        ///< build at which it became certain
+    int told = 0;        ///< build at which it was certain first
     Difference size;     ///< from `from` to `to`
     bool slower() const { return size.value > 0; }
 };
