@@ -10,5 +10,6 @@ void addCompare(CLI::App& app, CommandLine& line);
 void addResume(CLI::App& app, CommandLine& line);
 void addShow(CLI::App& app, CommandLine& line);
 void addExport(CLI::App& app, CommandLine& line);
+void addHistory(CLI::App& app, CommandLine& line);
 
 }  // namespace lab

@@ -17,13 +17,6 @@ namespace {
 
 std::size_t at(int index) { return static_cast<std::size_t>(index); }
 
-bool isDay(const std::string& text) {
-    constexpr std::string_view shape = "0000-00-00";
-    return text.size() == shape.size() &&
-           std::equal(text.begin(), text.end(), shape.begin(),
-                      [](char c, char s) { return s == '0' ? c >= '0' && c <= '9' : c == s; });
-}
-
 int methodChosen(const History& history, int number) {
     if (number == 0) {
         return history.comparisons.back().method;
@@ -98,6 +91,13 @@ Telling tellingOf(const Overview& overview, const PointHistory& point) {
 }
 
 }  // namespace
+
+bool isDay(const std::string& text) {
+    constexpr std::string_view shape = "0000-00-00";
+    return text.size() == shape.size() &&
+           std::equal(text.begin(), text.end(), shape.begin(),
+                      [](char c, char s) { return s == '0' ? c >= '0' && c <= '9' : c == s; });
+}
 
 Overview overviewOf(const History& history, const Choice& choice) {
     if (history.comparisons.empty()) {

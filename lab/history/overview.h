@@ -24,6 +24,9 @@ struct ChainBreak {
     int points = 0;
 };
 
+/// Whether it is a day like "2026-11-23".
+bool isDay(const std::string& text);
+
 struct Overview {
     const History* history = nullptr;
     int method = 0;           ///< index
