@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
 #include <memory>
 #include <stdexcept>
 
@@ -14,11 +15,15 @@
 #include "commands/guard.h"
 #include "history/historystore.h"
 #include "history/historytable.h"
+#include "history/page.h"
+#include "machine/wholefile.h"
 #include "show/table.h"
 
 namespace lab {
 
 namespace {
+
+namespace fs = std::filesystem;
 
 struct Adding {
     std::string history;
@@ -28,6 +33,7 @@ struct Adding {
 
 struct Viewing {
     std::string history;
+    std::string output;  ///< of the page; empty: beside the history, by its name
     Choice choice;
     std::string failOn;
     bool points = false;
@@ -86,7 +92,22 @@ int show(const Viewing& viewing) {
                                     : complain("can't write the history", exitUse);
 }
 
-void addAdd(CLI::App& history, CommandLine& line) {
+int page(const Viewing& viewing) {
+    const History history = readHistory(viewing.history);
+    const Overview overview = overviewOf(history, viewing.choice);
+    const std::string output = viewing.output.empty()
+                                   ? fs::path(viewing.history).replace_extension(".html").string()
+                                   : viewing.output;
+    if (fs::exists(output) && fs::equivalent(output, viewing.history)) {
+        throw std::runtime_error(output + ": is the history itself");
+    }
+    writeWhole(output, historyPage(fs::path(viewing.history).stem().string(), overview));
+    fmt::print("{}\n", output);
+    return std::fflush(stdout) == 0 ? exitNothingSlower
+                                    : complain("can't write the name of the page", exitUse);
+}
+
+void addHistoryAdd(CLI::App& history, CommandLine& line) {
     CLI::App& command =
         *history.add_subcommand("add", "Adds a comparison; one that is there is not added twice");
     const auto adding = std::make_shared<Adding>();
@@ -111,7 +132,7 @@ void addChoice(CLI::App& command, Viewing& viewing) {
         ->check(CLI::PositiveNumber);
 }
 
-void addShow(CLI::App& history, CommandLine& line) {
+void addHistoryShow(CLI::App& history, CommandLine& line) {
     CLI::App& command = *history.add_subcommand("show", "Levels now, and the builds at which they changed");
     const auto viewing = std::make_shared<Viewing>();
     addChoice(command, *viewing);
@@ -123,13 +144,22 @@ void addShow(CLI::App& history, CommandLine& line) {
     onCommand(command, line, Keys::none, [viewing] { return guarded("", [&] { return show(*viewing); }); });
 }
 
+void addHistoryPage(CLI::App& history, CommandLine& line) {
+    CLI::App& command = *history.add_subcommand("page", "Writes it as a page for a browser, one file");
+    const auto viewing = std::make_shared<Viewing>();
+    addChoice(command, *viewing);
+    command.add_option("-o,--output", viewing->output, "the page (the history's name with .html)");
+    onCommand(command, line, Keys::none, [viewing] { return guarded("", [&] { return page(*viewing); }); });
+}
+
 }  // namespace
 
 void addHistory(CLI::App& app, CommandLine& line) {
     CLI::App& command = *app.add_subcommand("history", "Figures over many builds, and where they changed");
     command.require_subcommand(1);
-    addAdd(command, line);
-    addShow(command, line);
+    addHistoryAdd(command, line);
+    addHistoryShow(command, line);
+    addHistoryPage(command, line);
 }
 
 }  // namespace lab

@@ -77,28 +77,10 @@ class Table {
     }
 
     std::string ending() const {
-        int slower = 0;
-        int faster = 0;
-        int doubt = 0;
-        for (const PointHistory& point : m_overview.points) {
-            const auto changes = shownChanges(m_overview, point);
-            const auto is = [](bool wanted) {
-                return [wanted](const Change& its) { return its.slower() == wanted; };
-            };
-            slower += std::any_of(changes.begin(), changes.end(), is(true)) ? 1 : 0;
-            faster += std::any_of(changes.begin(), changes.end(), is(false)) ? 1 : 0;
-            const auto departures = shownDepartures(m_overview, point);
-            doubt += std::any_of(departures.begin(), departures.end(),
-                                 [](const Departure& its) { return its.state != Departure::State::spike; })
-                         ? 1
-                         : 0;
-        }
         return fmt::format(
-            "\nSince {}: of {} points {} became slower, {} faster, {} in doubt. Any of it false: at most "
-            "{:g}% for a "
-            "year of {} builds.\nThe next build is to be measured against {}.\n",
-            label(m_overview.since), m_overview.points.size(), slower, faster, doubt, 100 * YearlyFalse,
-            YearOfBuilds, label(m_overview.good));
+            "\n{} Any of it false: at most {:g}% for a year of {} builds.\nThe next build is to be "
+            "measured against {}.\n",
+            printable(historySentence(m_overview)), 100 * YearlyFalse, YearOfBuilds, label(m_overview.good));
     }
 
   private:
@@ -149,6 +131,29 @@ std::string rows(const std::vector<Line>& lines, bool colours) {
 }
 
 }  // namespace
+
+std::string historySentence(const Overview& overview) {
+    int slower = 0;
+    int faster = 0;
+    int doubt = 0;
+    for (const PointHistory& point : overview.points) {
+        const std::vector<Change> changes = shownChanges(overview, point);
+        const auto any = [&](bool wanted) {
+            return std::any_of(changes.begin(), changes.end(),
+                               [&](const Change& its) { return its.slower() == wanted; });
+        };
+        const std::vector<Departure> departures = shownDepartures(overview, point);
+        slower += any(true) ? 1 : 0;
+        faster += any(false) ? 1 : 0;
+        doubt += std::any_of(departures.begin(), departures.end(),
+                             [](const Departure& its) { return its.state != Departure::State::spike; })
+                     ? 1
+                     : 0;
+    }
+    return fmt::format("Since {}: of {} points {} became slower, {} faster, {} in doubt.",
+                       overview.history->builds[static_cast<std::size_t>(overview.since)].label,
+                       overview.points.size(), slower, faster, doubt);
+}
 
 std::string historyTable(const Overview& overview, bool points, bool colours) {
     const Table table(overview);

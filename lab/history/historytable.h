@@ -12,6 +12,9 @@ namespace lab {
 /// a terminal but the colours.
 std::string historyTable(const Overview& overview, bool points, bool colours);
 
+/// What became of the points in the shown range, in one sentence.
+std::string historySentence(const Overview& overview);
+
 /// One JSON document (`schema` "metrig-lab.history"), line ended, in UTF-8: bytes that are no UTF-8 are
 /// replaced.
 std::string historyJson(const Overview& overview);
