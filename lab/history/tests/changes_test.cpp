@@ -54,7 +54,6 @@ TEST(Changes, AreFoundAsStated) {
     };
     for (const Story& story : stories) {
         int asStated = 0;
-        int told = 0;
         for (int seed = 0; seed < repeats; ++seed) {
             MadeUp made(story.truth, story.scatter, static_cast<std::uint64_t>(seed));
             for (int build = 1; build < builds; ++build) {
@@ -62,11 +61,73 @@ TEST(Changes, AreFoundAsStated) {
             }
             const std::vector<Change> changes = made.point().changes;
             asStated += isAsStated(story, changes);
-            told = std::max(told, changes.empty() ? 0 : changes[0].told);
         }
-        std::printf("%-28s %d of %d, last told at b%d\n", story.name, asStated, repeats, told);
+        RecordProperty(story.name, asStated);
         EXPECT_GE(asStated, story.fewest) << story.name;
     }
+}
+
+/// Without a margin and at a rate that can be counted: nights whose pairs have random signs, and sizes of all
+/// kinds.
+TEST(Changes, AreFalseNoOftenerThanReckoned) {
+    constexpr double rate = 0.2;
+    constexpr int years = 300;
+    std::mt19937_64 random(7);
+    int alarms = 0;
+    for (int year = 0; year < years; ++year) {
+        std::vector<Level> levels(YearOfBuilds + 1, Level{0, -1, 0, 0});
+        std::vector<Link> links;
+        for (int night = 1; night <= YearOfBuilds; ++night) {
+            Link link{.older = night - 1, .newer = night, .error = 0.001};
+            for (int pair = 0; pair < 12; ++pair) {
+                const double size = std::min(1.0, std::exp(std::normal_distribution<double>(-1, 1)(random)));
+                link.push += std::bernoulli_distribution(0.5)(random) ? size : -size;
+                link.energy += size * size;
+            }
+            levels[static_cast<std::size_t>(night)].value =
+                levels[static_cast<std::size_t>(night) - 1].value + link.push;
+            links.push_back(link);
+        }
+        alarms += findChanges(links, levels, {}, 1e-9, std::log(YearOfBuilds / rate)).empty() ? 0 : 1;
+    }
+    RecordProperty("alarms", alarms);
+    EXPECT_LE(alarms, years * rate + 5 * std::sqrt(years * rate));
+    EXPECT_GT(alarms, 0) << "a threshold that nothing reaches would find nothing";
+}
+
+TEST(Changes, LastGoodWaitsForWhatIsInDoubt) {
+    MadeUp made([](int build) { return build == 3 ? 0.08 : 0.0; }, 0.001, 1);
+    const auto good = [&] { return lastGood(Network(made.history(), 0), {made.point()}); };
+    made.night();
+    made.night();
+    EXPECT_EQ(good(), 2);
+    made.night();  // off, or slower from now on
+    EXPECT_EQ(good(), 2);
+    ASSERT_EQ(made.point().departures.size(), 1U);
+    EXPECT_EQ(made.point().departures[0].state, Departure::State::fresh);
+    made.night();  // measured against 2: it was off
+    EXPECT_EQ(good(), 4);
+    EXPECT_EQ(made.point().departures[0].state, Departure::State::spike);
+    EXPECT_TRUE(made.point().changes.empty());
+}
+
+/// Each against the one before it, so that one comparison alone has seen the step.
+TEST(Changes, OneComparisonIsNotEnough) {
+    MadeUp made([](int build) { return build < 3 ? 0.0 : 0.08; }, 0.001, 1);
+    for (int build = 1; build < 8; ++build) {
+        made.addBuild();
+        made.compare(build - 1, build);
+    }
+    EXPECT_TRUE(made.point().changes.empty());
+    ASSERT_EQ(made.point().departures.size(), 1U);
+    EXPECT_EQ(made.point().departures[0].state, Departure::State::once);
+    made.compare(2, 3);
+    ASSERT_EQ(made.point().changes.size(), 0U) << "no build after it was added since";
+    made.addBuild();
+    made.compare(7, 8);
+    ASSERT_EQ(made.point().changes.size(), 1U);
+    EXPECT_EQ(made.point().changes[0].to, 3);
+    EXPECT_TRUE(made.point().departures.empty());
 }
 
 }  // namespace
