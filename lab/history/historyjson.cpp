@@ -40,6 +40,7 @@ class Document {
         const Method& method = m_history.methods[static_cast<std::size_t>(m_overview.method)];
         return {{"schema", "metrig-lab.history"},
                 {"version", 1},
+                {"sentence", historySentence(m_overview)},
                 {"method",
                  {{"processor", method.processor},
                   {"bits", method.bits},

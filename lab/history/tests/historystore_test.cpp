@@ -82,7 +82,7 @@ TEST_F(Histories, TakeAComparisonOnce) {
 
 TEST_F(Histories, PutBuildsInOrder) {
     add(joined("b", "c"), "three");
-    EXPECT_EQ(labels(), "b01234567890 three");
+    EXPECT_EQ(labels(), "b0123456789a three");
     add(joined("b", "c", 1), "", "two");
     EXPECT_EQ(labels(), "two three");
     add(joined("a", "c"), "three", "one");

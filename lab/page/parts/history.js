@@ -68,11 +68,11 @@
             el("p", {class: "eyebrow"}, `${page.count(builds.length, "build")}, ${label(0)} to ${label(builds.length - 1)}, by `
                 + page.count(history.comparisons, "comparison")),
             el("h1", {}, headline()),
-            el("p", {class: "sentence"}, document.querySelector("noscript").textContent + ` The next build is to be measured against `
+            el("p", {class: "sentence"}, `${history.sentence} The next build is to be measured against `
                 + `${label(history.good)}. Levels are against ${first}.`),
             el("p", {class: "soft small"}, `${history.method.processor}, ${history.method.bits} bits${history.method.keys ? ", " : ""}`
                 + history.method.keys),
-            notes.length === 0 ? null : el("ul", {class: "plain card"}, ...notes.map(note => el("li", {}, note)))));
+            notes.length === 0 ? null : el("div", {class: "card"}, el("ul", {class: "plain"}, ...notes.map(note => el("li", {}, note))))));
     };
 
     /// A point's level over all builds, in a box of 100 by 30: builds across, change upwards.

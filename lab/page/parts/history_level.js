@@ -17,6 +17,13 @@
             of(level => level[0] + spread * level[1])];
     };
 
+    /// First builds of the chains after the first one.
+    const starts = () => [...new Set(point.levels.filter(level => level !== null).map(level => level[2]))].slice(1);
+
+    /// No line leads over a break.
+    const gaps = (plot, series, first, last, own) => [...own, ...starts().map(build => [build - 1, build].map(
+        x => Math.round(plot.valToPos(x, "x", true))))].sort((a, b) => a[0] - b[0]);
+
     const upright = (plot, build, colour, dash) => {
         const {ctx, bbox} = plot;
         const x = plot.valToPos(build, "x", true);
@@ -34,8 +41,7 @@
         for (const one of shownOf(point).filter(one => one.kind !== "spike")) {
             upright(plot, one.to, page.colour(isChange(one) ? side(one) : "edge"), isChange(one) ? [] : [4, 4]);
         }
-        const starts = [...new Set(point.levels.filter(level => level !== null).map(level => level[2]))].slice(1);
-        starts.forEach(build => upright(plot, build, page.colour("ink"), [2, 3]));
+        starts().forEach(build => upright(plot, build, page.colour("ink"), [2, 3]));
     };
 
     const build = () => {
@@ -44,10 +50,10 @@
         const margin = 100 * history.margin;
         const low = shown.reduce((a, b) => Math.min(a, b), -2 * margin);
         const high = shown.reduce((a, b) => Math.max(a, b), 2 * margin);
-        const none = {paths: uPlot.paths.linear(), stroke: "transparent", points: {show: false}};
+        const none = {paths: uPlot.paths.linear(), stroke: "transparent", points: {show: false}, gaps};
         return {
             data,
-            series: [{}, {stroke: page.colour("accent"), width: 2, points: {show: builds.length < 60, size: 5, fill: page.colour("accent")}},
+            series: [{}, {stroke: page.colour("accent"), width: 2, gaps, points: {show: builds.length < 60, size: 5, fill: page.colour("accent")}},
                 none, none],
             bands: [{series: [3, 2], fill: page.colour("range")}],
             scales: {x: {time: false, range: () => [-0.5, builds.length - 0.5]},
