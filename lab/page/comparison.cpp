@@ -1,10 +1,11 @@
 #include "page/comparison.h"
 
-#include <cmath>
 #include <nlohmann/json.hpp>
 
 #include "page/document.h"
 #include "page/parts.h"
+#include "show/csv.h"
+#include "show/figures.h"
 #include "show/json.h"
 #include "show/table.h"
 
@@ -15,9 +16,9 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 /// To so many decimals, which keeps the document small; null where there is none.
-Json rounded(double value, int decimals) {
-    const double unit = std::pow(10.0, decimals);
-    return std::isfinite(value) ? Json(std::round(value * unit) / unit) : Json(nullptr);
+Json figure(double value, int decimals) {
+    const auto known = rounded(value, decimals);
+    return known ? Json(*known) : Json(nullptr);
 }
 
 Json pairsJson(const Course& course) {
@@ -25,7 +26,7 @@ Json pairsJson(const Course& course) {
     for (const auto& values : course.points) {
         Json point = Json::array();
         for (const PairValue& value : values) {
-            point.push_back(Json::array({value.pair, rounded(value.value, 5), value.fresh ? 1 : 0}));
+            point.push_back(Json::array({value.pair, figure(value.value, 5), value.fresh ? 1 : 0}));
         }
         points.push_back(std::move(point));
     }
@@ -37,17 +38,17 @@ Json courseJson(const Course& course) {
     Json busy = Json::array();
     for (std::size_t i = 0; i < course.slices.size(); ++i) {
         const Slice& slice = course.slices[i];
-        slices.push_back(slice.slowdown ? rounded(*slice.slowdown, 3) : Json(nullptr));
+        slices.push_back(slice.slowdown ? figure(*slice.slowdown, 3) : Json(nullptr));
         if (slice.busy) {
             busy.push_back(i);
         }
     }
     Json pairs = Json::array();
     for (const PairState& pair : course.pairs) {
-        pairs.push_back(Json::array({pair.pair, rounded(pair.seconds, 3), rounded(pair.busyness, 3),
-                                     rounded(pair.steal, 4), rounded(pair.load, 2)}));
+        pairs.push_back(Json::array({pair.pair, figure(pair.seconds, 3), figure(pair.busyness, 3),
+                                     figure(pair.steal, 4), figure(pair.load, 2)}));
     }
-    return {{"step", rounded(course.step, 6)}, {"slices", slices}, {"busy", busy}, {"pairs", pairs}};
+    return {{"step", figure(course.step, 6)}, {"slices", slices}, {"busy", busy}, {"pairs", pairs}};
 }
 
 }  // namespace
@@ -58,6 +59,7 @@ std::string comparisonPage(const std::string& title, const Report& report, const
     const Json data{{"title", title},
                     {"sentence", sentence(report)},
                     {"comparison", Json::parse(json(report, exitStatus(report, false)))},
+                    {"csv", csv(report)},
                     {"pairs", pairsJson(course)},
                     {"course", courseJson(course)}};
     page.data.push_back({"run", data.dump(-1, ' ', false, Json::error_handler_t::replace)});

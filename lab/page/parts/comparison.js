@@ -37,7 +37,7 @@
             el("button", {type: "button", id: "get-json",
                 click: () => page.download(name + ".json", "application/json", JSON.stringify(doc, null, 2) + "\n")}, "Download JSON"),
             el("button", {type: "button", id: "get-csv",
-                click: () => page.download(name + ".csv", "text/csv", page.comparison.csv())}, "Download CSV")));
+                click: () => page.download(name + ".csv", "text/csv", page.comparison.csv)}, "Download CSV")));
     };
 
     /// "#point-12": shows that point. False for any other place.

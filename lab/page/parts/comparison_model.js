@@ -73,6 +73,7 @@
     page.comparison = {
         title: run.title,
         sentence: run.sentence,
+        csv: run.csv,
         document: comparison,
         course,
         points,

@@ -62,6 +62,10 @@
     page.grid = (host, spec) => {
         const node = page.el("div", {class: "grids"}, ...spec.groups.map(group => groupNode(group, spec.label)));
         host.append(node);
+        // what scrolls must be within reach of the keyboard
+        const reachable = new ResizeObserver(entries => entries.forEach(({target}) =>
+            target.scrollWidth > target.clientWidth ? target.setAttribute("tabindex", "0") : target.removeAttribute("tabindex")));
+        node.querySelectorAll(".grid-scroll").forEach(group => reachable.observe(group));
         const rows = [...node.querySelectorAll("tbody tr")];
         let current = node.querySelector("a.cell");
         const take = link => {

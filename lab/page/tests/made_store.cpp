@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "compare/evidence.h"
+#include "compare/settings.h"
 #include "machine/random.h"
 #include "store/store.h"
 
