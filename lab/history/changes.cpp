@@ -244,16 +244,23 @@ std::vector<Change> findChanges(const std::vector<Link>& links, const std::vecto
                                 const std::vector<Departure>& departures, double margin, double wanted) {
     std::vector<Change> changes;
     Gamblers gamblers(levels.size());
+    // a spike is no level that anything could have changed from or to
+    std::vector<Level> steady = levels;
+    for (const Departure& departure : departures) {
+        if (departure.state == Departure::State::spike) {
+            steady[at(departure.to)].chain = -1;
+        }
+    }
     for (const Link& link : links) {
         gamblers.bet(link, !isSpike(link.newer, departures) && !isSpike(link.older, departures));
-        const int before = buildBefore(levels, link.newer);
-        if (before < 0) {
+        const int before = buildBefore(steady, link.newer);
+        if (before < 0 || !steady[at(link.newer)].known()) {
             continue;
         }
-        const int first = gamblers.winner(levels, before, link.newer, std::log1p(margin), wanted);
+        const int first = gamblers.winner(steady, before, link.newer, std::log1p(margin), wanted);
         if (first >= 0) {
-            const Change change = located(levels, first, link.newer);
-            put(changes, change, levels);
+            const Change change = located(steady, first, link.newer);
+            put(changes, change, steady);
             gamblers.begin(change.to);
         }
     }

@@ -49,6 +49,11 @@ TEST(Changes, AreFoundAsStated) {
         {"+10%, the newest but one", stepAt(28, 0.1), 0.002, 28, false, repeats},
         {"+10%, the newest", stepAt(29, 0.1), 0.002, 0, false, repeats},
         {"a spike of 8%", [](int build) { return build == 21 ? 0.08 : 0.0; }, 0.002, 0, false, repeats},
+        {"a spike, a step, a spike",
+         [](int build) { return build == 9 || build == 21 ? 0.1
+                                : build < 16              ? 0.0
+                                                          : -0.02; }, 0.002, 16,
+         false, repeats},
         {"0.3% a build", [](int build) { return 0.003 * build; }, 0.002, 0, true, repeats * 9 / 10},
         {"+0.5%, within the margin", stepAt(11, 0.005), 0.002, 0, false, repeats},
     };
