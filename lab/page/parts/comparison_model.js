@@ -10,7 +10,7 @@
 (() => {
     "use strict";
 
-    const run = page.data("run");
+    const run = page.data("comparison");
     const {comparison, pairs, course} = run;
 
     /// The parameter that a row of the map runs along: the one with most values, all of them numbers above 0. Of
