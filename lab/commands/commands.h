@@ -10,6 +10,7 @@ void addCompare(CLI::App& app, CommandLine& line);
 void addResume(CLI::App& app, CommandLine& line);
 void addShow(CLI::App& app, CommandLine& line);
 void addExport(CLI::App& app, CommandLine& line);
+void addHistory(CLI::App& app, CommandLine& line);
 void addPage(CLI::App& app, CommandLine& line);
 
 }  // namespace lab
