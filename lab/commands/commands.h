@@ -10,5 +10,7 @@ void addCompare(CLI::App& app, CommandLine& line);
 void addResume(CLI::App& app, CommandLine& line);
 void addShow(CLI::App& app, CommandLine& line);
 void addExport(CLI::App& app, CommandLine& line);
+void addRun(CLI::App& app, CommandLine& line);
+void addCheck(CLI::App& app, CommandLine& line);
 
 }  // namespace lab
