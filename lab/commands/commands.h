@@ -12,5 +12,7 @@ void addShow(CLI::App& app, CommandLine& line);
 void addExport(CLI::App& app, CommandLine& line);
 void addHistory(CLI::App& app, CommandLine& line);
 void addPage(CLI::App& app, CommandLine& line);
+void addRun(CLI::App& app, CommandLine& line);
+void addCheck(CLI::App& app, CommandLine& line);
 
 }  // namespace lab

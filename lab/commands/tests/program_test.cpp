@@ -1,33 +1,16 @@
 /// metrig-lab as its users run it: statuses, words, and what it leaves behind.
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <string>
 
 #include "commands/progress.h"
+#include "commands/tests/shell.h"
 #include "turns/tests/fake_library.h"
 
 namespace lab {
 namespace {
-
-struct Outcome {
-    int status = -1;
-    std::string output;  ///< both streams
-};
-
-Outcome shell(const std::string& command) {
-    Outcome outcome;
-    std::FILE* pipe = popen(("exec 2>&1; " + command).c_str(), "r");
-    for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) {
-        outcome.output.push_back(static_cast<char>(c));
-    }
-    const int status = pclose(pipe);
-    outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return outcome;
-}
 
 class Program : public testing::Test {
   protected:
