@@ -34,8 +34,10 @@ std::vector<StoredObject> objectsIn(const std::string& folder) {
     return objects;
 }
 
+}  // namespace
+
 /// Beside this program where they are installed, or where the builds are.
-std::string instrumentOf(int bits) {
+std::string findInstrument(int bits) {
     std::error_code failed;
     const fs::path here = fs::read_symlink("/proc/self/exe", failed).parent_path();
     const fs::path builds = here.parent_path().parent_path();
@@ -52,27 +54,42 @@ std::string instrumentOf(int bits) {
                              (bits == 32 ? "x86" : "x86-64"));
 }
 
-}  // namespace
+StoredSide findFiles(const std::string& folder, const std::vector<std::string>& keys) {
+    if (!fs::is_directory(folder)) {
+        throw std::runtime_error(folder + ": no such folder");
+    }
+    StoredSide side;
+    side.name = folder;
+    side.folder = fs::canonical(folder);
+    side.objects = objectsIn(side.folder);
+    side.keys = keys;
+    return side;
+}
+
+std::string changedObject(std::span<const StoredSide> sides) {
+    for (const StoredSide& side : sides) {
+        for (const StoredObject& object : side.objects) {
+            if (sha256(fileContent(object.path)) != object.sha256) {
+                return object.path;
+            }
+        }
+    }
+    return "";
+}
 
 std::array<StoredSide, 2> findSides(const Settings& settings) {
     std::array<StoredSide, 2> sides;
     for (std::size_t i = 0; i < 2; ++i) {
-        StoredSide& side = sides[i];
-        side.name = settings.folders[i];
-        if (!fs::is_directory(side.name)) {
-            throw std::runtime_error(side.name + ": no such folder");
-        }
-        side.folder = fs::canonical(side.name);
-        side.objects = objectsIn(side.folder);
-        side.keys = settings.keys;
-        side.keys.insert(side.keys.end(), settings.sideKeys[i].begin(), settings.sideKeys[i].end());
+        std::vector<std::string> keys = settings.keys;
+        keys.insert(keys.end(), settings.sideKeys[i].begin(), settings.sideKeys[i].end());
+        sides[i] = findFiles(settings.folders[i], keys);
     }
     const int bits = sides[0].objects.front().bits;
     if (sides[1].objects.front().bits != bits) {
         throw NotComparable("the old library is of " + std::to_string(bits) + " bits, the new one of " +
                             std::to_string(sides[1].objects.front().bits));
     }
-    const std::string instrument = settings.instrument.empty() ? instrumentOf(bits) : settings.instrument;
+    const std::string instrument = settings.instrument.empty() ? findInstrument(bits) : settings.instrument;
     sides[0].instrument = instrument;
     sides[1].instrument = instrument;
     return sides;

@@ -69,10 +69,14 @@ class Walker {
     std::unordered_map<std::string, int> m_times;
 };
 
-class PairWalk {
+class Walk {
   public:
-    PairWalk(Instrument& older, Instrument& newer, const Route& route, const WalkTask& task)
-        : m_walkers{Walker(older, route), Walker(newer, route)}, m_route(route), m_task(task) {}
+    Walk(std::span<Instrument* const> sides, const Route& route, const WalkTask& task)
+        : m_route(route), m_task(task) {
+        for (Instrument* const side : sides) {
+            m_walkers.emplace_back(*side, route);
+        }
+    }
 
     WalkEnd run() {
         for (std::size_t first = 0; first < m_task.points.size() && !m_task.stop();) {
@@ -86,7 +90,7 @@ class PairWalk {
                 walker.leaveTest();
             }
             if (isLost()) {
-                return {function, {lossOf(0), lossOf(1)}};
+                return lostIn(function);
             }
             m_task.finish(function, std::move(visits));
             first = end;
@@ -99,12 +103,16 @@ class PairWalk {
         return m_route.points()[m_task.points[wanted]].function;
     }
 
-    std::string lossOf(std::size_t side) {
-        const auto& loss = m_walkers[side].instrument().loss();
-        return loss ? loss->what : "";
+    WalkEnd lostIn(const std::string& function) {
+        WalkEnd end{function, {}};
+        for (std::size_t side = 0; side < m_walkers.size(); ++side) {
+            const auto& loss = m_walkers[side].instrument().loss();
+            end.losses.at(side) = loss ? loss->what : "";
+        }
+        return end;
     }
 
-    bool isLost() { return !lossOf(0).empty() || !lossOf(1).empty(); }
+    bool isLost() { return lostIn("").lost(); }
 
     /// The wanted points of one test. A test that ended on one side is not measured any further.
     std::vector<Visit> visitTest(std::size_t first, std::size_t end) {
@@ -112,15 +120,15 @@ class PairWalk {
         for (std::size_t i = first; i < end && !isLost(); ++i) {
             Visit visit;
             visit.point = m_task.points[i];
-            if (bothGoOn()) {
-                for (std::size_t side = 0; side < 2; ++side) {
+            if (allGoOn()) {
+                for (std::size_t side = 0; side < m_walkers.size(); ++side) {
                     reach(side, visit.point);
                 }
             }
-            if (bothGoOn() && !isLost()) {
+            if (allGoOn() && !isLost()) {
                 takeTurns(visit);
             }
-            for (std::size_t side = 0; side < 2; ++side) {
+            for (std::size_t side = 0; side < m_walkers.size(); ++side) {
                 noteEnd(side, visit.fates[side]);
             }
             visits.push_back(std::move(visit));
@@ -138,7 +146,7 @@ class PairWalk {
         m_ended[side].status = fate.status;
     }
 
-    bool bothGoOn() const { return m_ended[0].death.empty() && m_ended[1].death.empty(); }
+    bool allGoOn() const { return m_ended[0].death.empty() && m_ended[1].death.empty(); }
 
     void reach(std::size_t side, std::size_t point) {
         Walker& walker = m_walkers[side];
@@ -174,12 +182,16 @@ class PairWalk {
         }
         Random random{m_task.seed, m_task.pair, visit.point};
         for (int epoch = 0; epoch < m_task.shape.epochs; ++epoch) {
-            const std::size_t first = random.coin() ? 0 : 1;
-            for (const std::size_t side : {first, 1 - first}) {
+            const std::size_t last = m_walkers.size() - 1;
+            const std::size_t first = random.coin() ? 0 : last;
+            for (std::size_t i = 0; i <= last; ++i) {
+                const std::size_t side = i == 0 ? first : last - first;
                 auto turn = take(side, *size, visit);
                 if (!turn) {
                     // has the other side the same fate?
-                    take(1 - side, *size, visit);
+                    if (last > 0) {
+                        take(last - side, *size, visit);
+                    }
                     visit.turns.clear();
                     return;
                 }
@@ -190,12 +202,12 @@ class PairWalk {
         }
     }
 
-    /// Ticks of a call on the faster side, by the least of some blocks of `calls`; 0 if a side did not live
+    /// Ticks of a call on the fastest side, by the least of some blocks of `calls`; 0 if a side did not live
     /// to tell.
     double ticksOfCall(long long calls, int blocks, Visit& visit) {
         double least = 0.0;
         bool lived = true;
-        for (const std::size_t side : {0U, 1U}) {
+        for (std::size_t side = 0; side < m_walkers.size(); ++side) {
             const auto turn = take(side, {calls, blocks}, visit);
             if (!turn) {
                 lived = false;
@@ -210,7 +222,7 @@ class PairWalk {
     }
 
     /// One call by itself says too much, as the reading of the clock is in it, so a second look follows with
-    /// as many as that allows. Both sides are warm then. Nothing if a side did not live to tell.
+    /// as many as that allows. All sides are warm then. Nothing if a side did not live to tell.
     std::optional<TurnSize> sizeOfTurns(Visit& visit) {
         TurnSize size;
         if (ticksOfCall(1, ColdBlocks, visit) <= 0.0) {
@@ -229,7 +241,7 @@ class PairWalk {
         return size;
     }
 
-    std::array<Walker, 2> m_walkers;
+    std::vector<Walker> m_walkers;
     const Route& m_route;
     const WalkTask& m_task;
     /// How the test ended on a side before its last wanted point, and the last status before.
@@ -274,8 +286,8 @@ TurnSize turnSize(const TurnShape& shape, double ticksOfCall, int mhz) {
     return {1, std::clamp(static_cast<int>(std::min(callsOfTurn, 1e6)), 1, shape.blocks)};
 }
 
-WalkEnd walk(Instrument& older, Instrument& newer, const Route& route, const WalkTask& task) {
-    return PairWalk(older, newer, route, task).run();
+WalkEnd walk(std::span<Instrument* const> sides, const Route& route, const WalkTask& task) {
+    return Walk(sides, route, task).run();
 }
 
 }  // namespace lab
