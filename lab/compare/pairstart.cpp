@@ -62,11 +62,8 @@ std::vector<Started> startOnce(std::span<const StoredSide> sides, int mhz, std::
         longest = std::max(longest, stackOf(starts[i]));
     }
     const std::size_t padding = random.below(MostPadding);
-    const std::size_t last = sides.size() - 1;
-    const std::size_t first = random.coin() ? 0 : last;
     std::vector<Started> started(sides.size());
-    for (std::size_t turn = 0; turn <= last; ++turn) {
-        const std::size_t i = turn == 0 ? first : last - first;
+    for (const std::size_t i : random.order(sides.size())) {
         const std::size_t own = padding + longest - stackOf(starts[i]);
         starts[i].environment.push_back("METRIG_PADDING=" + std::string(own, '.'));
         started[i].instrument = std::make_unique<Instrument>(starts[i], patience);

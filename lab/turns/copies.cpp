@@ -86,10 +86,7 @@ LibraryCopies::LibraryCopies(const std::vector<std::string>& folders, Random& ra
     m_lock = open(m_base.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     flock(m_lock, LOCK_EX);
     try {
-        const std::size_t last = folders.size() - 1;
-        const std::size_t first = random.coin() ? 0 : last;
-        for (std::size_t i = 0; i <= last; ++i) {
-            const std::size_t side = i == 0 ? first : last - first;
+        for (const std::size_t side : random.order(folders.size())) {
             fs::create_directory(folder(side));
             for (const std::string& name : libraryObjects) {
                 writeFiller(folder(side) + "/filler-" + name, random.below(FillerPages));

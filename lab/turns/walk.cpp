@@ -86,8 +86,8 @@ class Walk {
                 ++end;
             }
             std::vector<Visit> visits = visitTest(first, end);
-            for (Walker& walker : m_walkers) {
-                walker.leaveTest();
+            for (const std::size_t side : anyOrder()) {
+                m_walkers[side].leaveTest();
             }
             if (isLost()) {
                 return lostIn(function);
@@ -99,6 +99,10 @@ class Walk {
     }
 
   private:
+    /// All sides, drawn by lot which is first. Whoever makes its data first gets other pages than the
+    /// second, so a fixed order would make a difference that all pairs share.
+    std::vector<std::size_t> anyOrder() { return m_lots.order(m_walkers.size()); }
+
     const std::string& functionOf(std::size_t wanted) const {
         return m_route.points()[m_task.points[wanted]].function;
     }
@@ -120,8 +124,9 @@ class Walk {
         for (std::size_t i = first; i < end && !isLost(); ++i) {
             Visit visit;
             visit.point = m_task.points[i];
+            m_lots = {m_task.seed, m_task.pair, visit.point};
             if (allGoOn()) {
-                for (std::size_t side = 0; side < m_walkers.size(); ++side) {
+                for (const std::size_t side : anyOrder()) {
                     reach(side, visit.point);
                 }
             }
@@ -175,23 +180,25 @@ class Walk {
                                                             : std::optional(std::move(take.ticks));
     }
 
+    /// Has another side the same fate?
+    void seeFateOfOthers(std::size_t side, const TurnSize& size, Visit& visit) {
+        for (std::size_t other = 0; other < m_walkers.size(); ++other) {
+            if (other != side) {
+                take(other, size, visit);
+            }
+        }
+    }
+
     void takeTurns(Visit& visit) {
         const auto size = sizeOfTurns(visit);
         if (!size) {
             return;
         }
-        Random random{m_task.seed, m_task.pair, visit.point};
         for (int epoch = 0; epoch < m_task.shape.epochs; ++epoch) {
-            const std::size_t last = m_walkers.size() - 1;
-            const std::size_t first = random.coin() ? 0 : last;
-            for (std::size_t i = 0; i <= last; ++i) {
-                const std::size_t side = i == 0 ? first : last - first;
+            for (const std::size_t side : anyOrder()) {
                 auto turn = take(side, *size, visit);
                 if (!turn) {
-                    // has the other side the same fate?
-                    if (last > 0) {
-                        take(last - side, *size, visit);
-                    }
+                    seeFateOfOthers(side, *size, visit);
                     visit.turns.clear();
                     return;
                 }
@@ -207,7 +214,7 @@ class Walk {
     double ticksOfCall(long long calls, int blocks, Visit& visit) {
         double least = 0.0;
         bool lived = true;
-        for (std::size_t side = 0; side < m_walkers.size(); ++side) {
+        for (const std::size_t side : anyOrder()) {
             const auto turn = take(side, {calls, blocks}, visit);
             if (!turn) {
                 lived = false;
@@ -244,6 +251,7 @@ class Walk {
     std::vector<Walker> m_walkers;
     const Route& m_route;
     const WalkTask& m_task;
+    Random m_lots{};  ///< of the point, so that a pair that was interrupted draws the same for what is left
     /// How the test ended on a side before its last wanted point, and the last status before.
     std::array<Fate, 2> m_ended;
 };
