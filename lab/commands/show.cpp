@@ -1,34 +1,49 @@
-/// metrig-lab show: the table of a kept comparison.
+/// metrig-lab show: a kept comparison, or a table that metrig wrote, for people.
 
+#include <fmt/core.h>
+
+#include <cstdio>
 #include <memory>
 
 #include "commands/commands.h"
 #include "commands/guard.h"
 #include "commands/showing.h"
+#include "commands/source.h"
 #include "compare/storedreport.h"
+#include "show/results.h"
 
 namespace lab {
 
 namespace {
 
 struct Options {
-    std::string store;
+    Source source;
     Showing showing;
 };
+
+int run(const Options& options) {
+    const Showing& showing = options.showing;
+    if (isStore(options.source.file)) {
+        Store store = Store::open(options.source.file, false);
+        return showReport(reportOf(store), showing);
+    }
+    if (showing.failOnUnsure || !showing.style.only.empty()) {
+        return complain("a table of results has no verdicts", exitUse);
+    }
+    fmt::print("{}", table(tableOf(options.source), showing.style.points));
+    return std::fflush(stdout) == 0 ? 0 : complain("can't write the table", exitUse);
+}
 
 }  // namespace
 
 void addShow(CLI::App& app, CommandLine& line) {
-    CLI::App& command = *app.add_subcommand("show", "Shows a comparison, finished or not");
+    CLI::App& command =
+        *app.add_subcommand("show", "Shows a comparison, finished or not, or a table of metrig");
     const auto options = std::make_shared<Options>();
-    command.add_option("run.db", options->store, "the kept comparison")->required();
+    addSource(command, options->source);
     addShowing(command, options->showing);
-    onCommand(command, line, Keys::none, [options] {
-        return guarded(options->store, [&] {
-            Store store = Store::open(options->store, false);
-            return showReport(reportOf(store), options->showing);
-        });
-    });
+    onCommand(command, line, Keys::none,
+              [options] { return guarded(options->source.file, [&] { return run(*options); }); });
 }
 
 }  // namespace lab
