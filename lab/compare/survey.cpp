@@ -36,8 +36,7 @@ std::string Survey::lossText(const std::string& done) const {
 std::vector<Survey> surveySides(std::span<StoredSide> sides, int mhz, const RunSettings& settings) {
     std::vector<Survey> surveys;
     for (int chance = 1; chance <= ChancesToSurvey; ++chance) {
-        std::vector<Started> started =
-            startSurely(sides, mhz, settings, SurveyPair, chance * ChancesToStart);
+        std::vector<Started> started = startSurely(sides, mhz, settings, SurveyPair, chance * ChancesToStart);
         surveys.clear();
         bool lost = false;
         for (std::size_t i = 0; i < sides.size(); ++i) {

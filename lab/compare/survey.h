@@ -21,8 +21,8 @@ struct Survey {
     std::string lossText(const std::string& done) const;
 };
 
-/// Of each side. One that is lost, be it by chance, gets further chances, and what it lists then is all it has.
-/// Notes in the sides what their instruments say of the library and have mapped. std::runtime_error as
+/// Of each side. One that is lost, be it by chance, gets further chances, and what it lists then is all it
+/// has. Notes in the sides what their instruments say of the library and have mapped. std::runtime_error as
 /// startSurely.
 std::vector<Survey> surveySides(std::span<StoredSide> sides, int mhz, const RunSettings& settings);
 

@@ -168,9 +168,7 @@ Store Store::open(const std::string& path, bool writing, StoreKind kind) {
     return {std::move(lock), std::move(base)};
 }
 
-StoreKind Store::kindOf(const std::string& path) {
-    return kindIn(*openExisting(path));
-}
+StoreKind Store::kindOf(const std::string& path) { return kindIn(*openExisting(path)); }
 
 void Store::putHead(const StoredHead& head) {
     for (const auto& [name, value] : head.settings) {
@@ -289,11 +287,13 @@ void Store::addVisits(int pair, const std::vector<StoredVisit>& visits) {
     transaction.commit();
 }
 
-void Store::eachVisit(const std::function<void(int pair, StoredVisit&& visit)>& take) {
-    for (Statement row(*m_base,
-                       "SELECT pair, point, fresh, turns, older_status, older_death, newer_status, "
-                       "newer_death FROM visit ORDER BY pair, point");
-         row.row();) {
+void Store::eachVisit(const std::function<void(int pair, StoredVisit&& visit)>& take, VisitOrder order) {
+    const std::string query =
+        std::string(
+            "SELECT pair, point, fresh, turns, older_status, older_death, newer_status, newer_death "
+            "FROM visit ORDER BY ") +
+        (order == VisitOrder::byPair ? "pair, point" : "point, pair");
+    for (Statement row(*m_base, query.c_str()); row.row();) {
         auto turns = decodeTurns(row.text(3));
         if (!turns) {
             throw std::runtime_error("the store holds turns that are none");
@@ -373,9 +373,7 @@ void Store::setSetting(const std::string& name, const std::string& value) {
     Statement(*m_base, "INSERT OR REPLACE INTO setting VALUES(?, ?)").with(name, value).run();
 }
 
-std::string Store::setting(const std::string& name) {
-    return settingOf(*m_base, name.c_str());
-}
+std::string Store::setting(const std::string& name) { return settingOf(*m_base, name.c_str()); }
 
 void Store::finish() {
     setSetting(finishedSetting, "yes");

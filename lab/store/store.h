@@ -1,7 +1,7 @@
 #pragma once
 
-/// What a comparison keeps, or a measurement of one build: one SQLite file, sound after the process was killed
-/// at any moment.
+/// What a comparison keeps, or a measurement of one build: one SQLite file, sound after the process was
+/// killed at any moment.
 
 #include <array>
 #include <functional>
@@ -72,6 +72,8 @@ struct StoredVisit {
     std::array<Fate, 2> fates;  ///< old, new
 };
 
+enum class VisitOrder { byPair, byPoint };
+
 /// What a pair was started with.
 struct StoredPair {
     int number = 0;
@@ -90,8 +92,8 @@ class Store {
     static Store create(const std::string& path, const StoredHead& head);
 
     /// One that is there. To go on with (`writing`), or to look at, also while another process goes on with
-    /// it. std::runtime_error if it is none of this version or holds the other kind, or another process writes
-    /// to it.
+    /// it. std::runtime_error if it is none of this version or holds the other kind, or another process
+    /// writes to it.
     static Store open(const std::string& path, bool writing, StoreKind kind = StoreKind::comparison);
     /// What the store holds that is there; std::runtime_error if it is none of this version.
     static StoreKind kindOf(const std::string& path);
@@ -100,8 +102,9 @@ class Store {
 
     /// One transaction: the visits of a test by a pair.
     void addVisits(int pair, const std::vector<StoredVisit>& visits);
-    /// All visits in the order of pairs.
-    void eachVisit(const std::function<void(int pair, StoredVisit&& visit)>& take);
+    /// All visits, in the order of pairs or in that of points, and then of pairs.
+    void eachVisit(const std::function<void(int pair, StoredVisit&& visit)>& take,
+                   VisitOrder order = VisitOrder::byPair);
     /// Points that the pair has visited.
     std::set<int> pointsVisited(int pair);
 

@@ -69,9 +69,9 @@ struct WalkTask {
     TurnShape shape;
     int mhz = 0;
     std::uint64_t seed = 0;
-    std::uint64_t pair = 0;  ///< or process, where there is one side: its random numbers
-    std::function<bool()> stop;                                          ///< asked before each test
-    std::function<double()> seconds;                                     ///< since the run began
+    std::uint64_t pair = 0;           ///< or process, where there is one side: its random numbers
+    std::function<bool()> stop;       ///< asked before each test
+    std::function<double()> seconds;  ///< since the run began
     std::function<void(const std::string&, std::vector<Visit>)> finish;  ///< takes the visits of a function
 };
 

@@ -123,8 +123,8 @@ bool liesByProcess(const Saids& cluster, const std::vector<std::size_t>& turnsOf
     }
     std::size_t whole = 0;
     for (std::size_t process = 0; process < inside.size(); ++process) {
-        const bool lies = static_cast<double>(inside[process]) >=
-                          WholeShare * static_cast<double>(turnsOfProcess[process]);
+        const bool lies =
+            static_cast<double>(inside[process]) >= WholeShare * static_cast<double>(turnsOfProcess[process]);
         whole += lies ? inside[process] : 0;
     }
     return static_cast<double>(whole) >= WholeShare * static_cast<double>(cluster.size());

@@ -15,8 +15,8 @@ namespace lab {
 struct Cluster {
     double clocks = 0;  ///< median of its turns; of the first one the floor
     std::size_t turns = 0;
-    /// Whole processes lie in it: where their code and data are may be the reason. Else processes are in it for a
-    /// time.
+    /// Whole processes lie in it: where their code and data are may be the reason. Else processes are in it
+    /// for a time.
     bool byProcess = false;
 };
 
@@ -33,7 +33,8 @@ struct Figure {
     double loop = 0;  ///< of a turn of the bare loop: the counter and, if there is one, the init
     std::size_t turns = 0;
     std::size_t processes = 0;
-    std::vector<Cluster> clusters{};  ///< the floor's first, then by clocks; turns that lie scattered are in none
+    std::vector<Cluster>
+        clusters{};  ///< the floor's first, then by clocks; turns that lie scattered are in none
 };
 
 /// The figure of a point by the turns of each process there; nothing without a turn.
