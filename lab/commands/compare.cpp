@@ -42,7 +42,7 @@ void addEffort(CLI::App& command, Settings& settings) {
                 settings.fewestPairs = fewest;
                 settings.mostPairs = most;
             },
-            "fewest and most pairs of processes (12:80)")
+            "fewest and most pairs of processes (10:80)")
         ->check(checkedBy(parsePairs));
 }
 

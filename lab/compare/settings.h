@@ -29,7 +29,7 @@ struct Settings : RunSettings {
     std::array<std::string, 2> folders;                ///< of the shared objects, old and new
     std::array<std::vector<std::string>, 2> sideKeys;  ///< of one of the instruments
     double margin = 0.01;
-    int fewestPairs = 12;
+    int fewestPairs = 10;
     int mostPairs = 80;
 
     /// The looks between the fewest pairs and the most.
