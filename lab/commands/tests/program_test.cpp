@@ -78,7 +78,7 @@ TEST_F(Program, StatusesAndWords) {
         {"show metrig-lab.db --only faster,same", 5, "F1"},
         {"show metrig-lab.db --only bad", 2, "bad"},
         {"show " + m_table + " --only same", 2, "no verdicts"},
-        {"show " + m_table, 0, "20 results of 5 functions, of 2 runs."},
+        {"show " + m_table, 0, "17 results of 5 functions, of 2 runs."},
         {"resume metrig-lab.db -- -j5", 2, "no keys"},
         {"show nothing.db", 2, "nothing.db"},
         {"compare a b --pairs 2 --fail-on unsure" + m_fake, 3, "cannot be told"},
