@@ -42,9 +42,13 @@ struct Costs {
     double empty = std::numeric_limits<double>::infinity();  ///< of a block
     double loop = std::numeric_limits<double>::infinity();   ///< of a call, clock reads taken off
     double step = 0;                                         ///< of the clock, as a part of a block at most
+    std::int64_t calls = 1;                                  ///< in a block of any turn, at most
 };
 
-bool counts(const Turn& turn) { return !turn.ticks.empty() && turn.calls > 0; }
+/// Blocks of fewer calls were chosen while something disturbed; a step of the clock is too much of them.
+bool counts(const Turn& turn, const Costs& costs) {
+    return !turn.ticks.empty() && turn.calls > 0 && 2 * turn.calls >= costs.calls;
+}
 
 std::int64_t least(const Turn& turn) { return *std::min_element(turn.ticks.begin(), turn.ticks.end()); }
 
@@ -53,7 +57,12 @@ Costs costsOf(std::span<const std::vector<Turn>> processes) {
     std::int64_t step = 0;
     for (const std::vector<Turn>& turns : processes) {
         for (const Turn& turn : turns) {
-            if (!counts(turn)) {
+            costs.calls = std::max(costs.calls, turn.calls);
+        }
+    }
+    for (const std::vector<Turn>& turns : processes) {
+        for (const Turn& turn : turns) {
+            if (!counts(turn, costs)) {
                 continue;
             }
             costs.empty = std::min(costs.empty, static_cast<double>(turn.empty));
@@ -83,7 +92,7 @@ Saids saidBy(std::span<const std::vector<Turn>> processes, Costs& costs) {
     double longest = 0;
     for (std::size_t process = 0; process < processes.size(); ++process) {
         for (const Turn& turn : processes[process]) {
-            if (counts(turn)) {
+            if (counts(turn, costs)) {
                 all.push_back({clocksOf(turn, costs), process});
                 longest = std::max(longest, static_cast<double>(least(turn)));
             }

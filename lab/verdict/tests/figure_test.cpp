@@ -63,6 +63,13 @@ TEST(Figure, FloorIsWhatTwoTurnsSay) {
     }
 }
 
+TEST(Figure, DropsTurnsOfShortBlocks) {
+    const Turn coarse{Side::older, 0, 10, {26, 52}, 0, 0, 0.0};
+    const Figure its = figure({{coarse, coarse}, process({30, 30})});
+    EXPECT_NEAR(its.floor, 30, 0.001);
+    EXPECT_EQ(its.turns, 2U);
+}
+
 TEST(Figure, NamesClustersAndWhatMakesThem) {
     // 30 everywhere, 45 for a time in the first process, 60 in all of the last one, and two wild turns
     const Figure its =
