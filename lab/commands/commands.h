@@ -7,6 +7,7 @@
 namespace lab {
 
 void addCompare(CLI::App& app, CommandLine& line);
+void addMeasure(CLI::App& app, CommandLine& line);
 void addResume(CLI::App& app, CommandLine& line);
 void addShow(CLI::App& app, CommandLine& line);
 void addExport(CLI::App& app, CommandLine& line);

@@ -1,4 +1,4 @@
-/// metrig-lab export: a kept comparison, or a table that metrig wrote, for other programs.
+/// metrig-lab export: a kept comparison or measurement, or a table that metrig wrote, for other programs.
 
 #include <fmt/core.h>
 
@@ -11,6 +11,7 @@
 #include "commands/source.h"
 #include "compare/storedreport.h"
 #include "machine/wholefile.h"
+#include "measure/storedmeasurement.h"
 #include "show/csv.h"
 #include "show/json.h"
 #include "show/markdown.h"
@@ -49,10 +50,22 @@ std::string textOf(const ResultTable& table, Format format) {
     }
 }
 
+std::string textOfMeasurement(const std::string& file, Format format) {
+    if (format != Format::json) {
+        throw std::runtime_error(file +
+                                 ": holds a measurement of one build, which has no other form than --json");
+    }
+    Store store = Store::open(file, false, StoreKind::measurement);
+    return json(measurementOf(store));
+}
+
 std::string textOf(const Options& options) {
     const std::string& file = options.source.file;
     if (!isStore(file)) {
         return textOf(tableOf(options.source), options.format);
+    }
+    if (Store::kindOf(file) == StoreKind::measurement) {
+        return textOfMeasurement(file, options.format);
     }
     Store store = Store::open(file, false);
     return textOf(reportOf(store), options.format);
@@ -75,8 +88,8 @@ int run(const Options& options) {
 }  // namespace
 
 void addExport(CLI::App& app, CommandLine& line) {
-    CLI::App& command =
-        *app.add_subcommand("export", "Hands a comparison, or a table of metrig, to other programs");
+    CLI::App& command = *app.add_subcommand(
+        "export", "Hands a comparison, a measurement or a table of metrig to other programs");
     const auto options = std::make_shared<Options>();
     addSource(command, options->source);
     command.add_option("-o,--output", options->output,

@@ -1,4 +1,4 @@
-/// metrig-lab show: a kept comparison, or a table that metrig wrote, for people.
+/// metrig-lab show: a kept comparison or measurement, or a table that metrig wrote, for people.
 
 #include <fmt/core.h>
 
@@ -7,6 +7,7 @@
 
 #include "commands/commands.h"
 #include "commands/guard.h"
+#include "commands/measuring.h"
 #include "commands/showing.h"
 #include "commands/source.h"
 #include "compare/storedreport.h"
@@ -24,6 +25,10 @@ struct Options {
 int run(const Options& options) {
     const Showing& showing = options.showing;
     if (isStore(options.source.file)) {
+        if (Store::kindOf(options.source.file) == StoreKind::measurement) {
+            Store store = Store::open(options.source.file, false, StoreKind::measurement);
+            return showMeasurement(store, showing);
+        }
         Store store = Store::open(options.source.file, false);
         return showReport(reportOf(store), showing);
     }
@@ -37,8 +42,8 @@ int run(const Options& options) {
 }  // namespace
 
 void addShow(CLI::App& app, CommandLine& line) {
-    CLI::App& command =
-        *app.add_subcommand("show", "Shows a comparison, finished or not, or a table of metrig");
+    CLI::App& command = *app.add_subcommand(
+        "show", "Shows a comparison or a measurement, finished or not, or a table of metrig");
     const auto options = std::make_shared<Options>();
     addSource(command, options->source);
     addShowing(command, options->showing);

@@ -41,7 +41,8 @@ ResultTable read(const std::string& file, const ParameterNames& names) {
 
 void addSource(CLI::App& command, Source& source) {
     command
-        .add_option("FILE", source.file, "a kept comparison, or a table of results that metrig wrote (-r)")
+        .add_option("FILE", source.file,
+                    "a kept comparison or measurement, or a table of results that metrig wrote (-r)")
         ->required();
     command.add_option("--names", source.names, "the table of parameter names of that run (-q)");
 }

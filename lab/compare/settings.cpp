@@ -53,11 +53,8 @@ std::vector<int> Settings::looks() const {
     return looks;
 }
 
-NamedTexts settingTexts(const Settings& settings) {
-    return {{"margin", exact(settings.margin)},
-            {"time", exact(settings.seconds)},
-            {"fewest pairs", std::to_string(settings.fewestPairs)},
-            {"most pairs", std::to_string(settings.mostPairs)},
+NamedTexts runSettingTexts(const RunSettings& settings) {
+    return {{"time", exact(settings.seconds)},
             {"core", std::to_string(settings.core)},
             {"seed", std::to_string(settings.seed)},
             {"patience", exact(settings.patience)},
@@ -67,28 +64,46 @@ NamedTexts settingTexts(const Settings& settings) {
             {"blocks", std::to_string(settings.shape.blocks)}};
 }
 
-Settings settingsFrom(const StoredHead& head) {
-    const auto text = [&](const char* name) -> const std::string& {
-        for (const auto& [known, value] : head.settings) {
-            if (known == name) {
-                return value;
-            }
+NamedTexts settingTexts(const Settings& settings) {
+    NamedTexts texts = runSettingTexts(settings);
+    texts.emplace_back("margin", exact(settings.margin));
+    texts.emplace_back("fewest pairs", std::to_string(settings.fewestPairs));
+    texts.emplace_back("most pairs", std::to_string(settings.mostPairs));
+    return texts;
+}
+
+const std::string& settingText(const NamedTexts& texts, const std::string& name) {
+    for (const auto& [known, value] : texts) {
+        if (known == name) {
+            return value;
         }
-        throw std::invalid_argument(std::string("the store has no setting \"") + name + "\"");
-    };
+    }
+    throw std::invalid_argument("the store has no setting \"" + name + "\"");
+}
+
+int settingNumber(const NamedTexts& texts, const std::string& name) {
+    return wholeNumber(settingText(texts, name));
+}
+
+void readRunSettings(const NamedTexts& texts, RunSettings& settings) {
+    const auto real = [&](const char* name) { return numberAndUnit(settingText(texts, name)).first; };
+    settings.seconds = real("time");
+    settings.core = settingNumber(texts, "core");
+    settings.seed = std::stoull(settingText(texts, "seed"));
+    settings.patience = real("patience");
+    settings.wait = settingText(texts, "wait") == "yes";
+    settings.shape.epochs = settingNumber(texts, "epochs");
+    settings.shape.microseconds = real("turn");
+    settings.shape.blocks = settingNumber(texts, "blocks");
+}
+
+Settings settingsFrom(const StoredHead& head) {
     Settings settings;
+    readRunSettings(head.settings, settings);
     settings.folders = {head.sides[0].folder, head.sides[1].folder};
-    settings.margin = numberAndUnit(text("margin")).first;
-    settings.seconds = numberAndUnit(text("time")).first;
-    settings.fewestPairs = wholeNumber(text("fewest pairs"));
-    settings.mostPairs = wholeNumber(text("most pairs"));
-    settings.core = wholeNumber(text("core"));
-    settings.seed = std::stoull(text("seed"));
-    settings.patience = numberAndUnit(text("patience")).first;
-    settings.wait = text("wait") == "yes";
-    settings.shape.epochs = wholeNumber(text("epochs"));
-    settings.shape.microseconds = numberAndUnit(text("turn")).first;
-    settings.shape.blocks = wholeNumber(text("blocks"));
+    settings.margin = numberAndUnit(settingText(head.settings, "margin")).first;
+    settings.fewestPairs = settingNumber(head.settings, "fewest pairs");
+    settings.mostPairs = settingNumber(head.settings, "most pairs");
     return settings;
 }
 

@@ -37,18 +37,35 @@ std::vector<StoredObject> objectsIn(const std::string& folder) {
 
 }  // namespace
 
+StoredSide findFiles(const std::string& folder, const std::vector<std::string>& keys) {
+    if (!fs::is_directory(folder)) {
+        throw std::runtime_error(folder + ": no such folder");
+    }
+    StoredSide side;
+    side.name = folder;
+    side.folder = fs::canonical(folder);
+    side.objects = objectsIn(side.folder);
+    side.keys = keys;
+    return side;
+}
+
+std::string changedObject(std::span<const StoredSide> sides) {
+    for (const StoredSide& side : sides) {
+        for (const StoredObject& object : side.objects) {
+            if (sha256(fileContent(object.path)) != object.sha256) {
+                return object.path;
+            }
+        }
+    }
+    return "";
+}
+
 std::array<StoredSide, 2> findSides(const Settings& settings) {
     std::array<StoredSide, 2> sides;
     for (std::size_t i = 0; i < 2; ++i) {
-        StoredSide& side = sides[i];
-        side.name = settings.folders[i];
-        if (!fs::is_directory(side.name)) {
-            throw std::runtime_error(side.name + ": no such folder");
-        }
-        side.folder = fs::canonical(side.name);
-        side.objects = objectsIn(side.folder);
-        side.keys = settings.keys;
-        side.keys.insert(side.keys.end(), settings.sideKeys[i].begin(), settings.sideKeys[i].end());
+        std::vector<std::string> keys = settings.keys;
+        keys.insert(keys.end(), settings.sideKeys[i].begin(), settings.sideKeys[i].end());
+        sides[i] = findFiles(settings.folders[i], keys);
     }
     const int bits = sides[0].objects.front().bits;
     if (sides[1].objects.front().bits != bits) {

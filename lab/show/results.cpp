@@ -3,38 +3,15 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <map>
 #include <utility>
 
+#include "show/columns.h"
 #include "show/table.h"
 
 namespace lab {
 namespace {
-
-using Cells = std::array<std::string, 6>;
-/// The first cell and the last are texts, those between are figures and stand to the right.
-constexpr std::size_t lastCell = std::tuple_size_v<Cells> - 1;
-
-std::string aligned(const std::vector<Cells>& rows) {
-    std::array<std::size_t, std::tuple_size_v<Cells>> widths{};
-    for (const Cells& cells : rows) {
-        for (std::size_t i = 0; i < cells.size(); ++i) {
-            widths[i] = std::max(widths[i], cells[i].size());
-        }
-    }
-    std::string text;
-    for (const Cells& cells : rows) {
-        std::string line = fmt::format("{:{}}", cells[0], widths[0]);
-        for (std::size_t i = 1; i < lastCell; ++i) {
-            line += widths[i] > 0 ? fmt::format("  {:>{}}", cells[i], widths[i]) : "";
-        }
-        line += "  " + cells[lastCell];
-        text += line.substr(0, line.find_last_not_of(' ') + 1) + "\n";
-    }
-    return text;
-}
 
 std::vector<Cells> functionRows(const ResultTable& results) {
     std::vector<Cells> rows{{"function", "results", "least clocks", "most", "", "per"}};

@@ -69,6 +69,14 @@ TEST_F(Program, StatusesAndWords) {
         {"show " + m_table, 0, "17 results of 5 functions, of 2 runs."},
         {"resume metrig-lab.db -- -j5", 2, "no keys"},
         {"show nothing.db", 2, "nothing.db"},
+        {"measure a" + m_fake + "--processes 2 -- -fF1", 0, "9 of 9 points measured"},
+        {"measure c" + m_fake + "--processes 2 --points", 0, "died: exited with status 3"},
+        {"show metrig-measure.db --points", 0, "died: exited with status 3"},
+        {"export metrig-measure.db --json", 0, "\"metrig-lab.measurement\""},
+        {"measure a -o again.db --against metrig-lab.db" + m_fake, 2, "a comparison of two builds"},
+        {"measure a -o again.db --against metrig-measure.db" + m_fake, 0, "caveat:"},
+        {"compare a b -o metrig-measure.db" + m_fake, 2, "a measurement of one build"},
+        {"resume metrig-measure.db", 0, "points measured"},
         {"compare a b --pairs 2 --fail-on unsure" + m_fake, 3, "cannot be told"},
     };
     for (const auto& row : rows) {
