@@ -11,5 +11,7 @@ void addMeasure(CLI::App& app, CommandLine& line);
 void addResume(CLI::App& app, CommandLine& line);
 void addShow(CLI::App& app, CommandLine& line);
 void addExport(CLI::App& app, CommandLine& line);
+void addHistory(CLI::App& app, CommandLine& line);
+void addPage(CLI::App& app, CommandLine& line);
 
 }  // namespace lab

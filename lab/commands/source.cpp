@@ -9,6 +9,8 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "show/table.h"
+
 namespace lab {
 
 namespace {
@@ -31,7 +33,7 @@ ResultTable read(const std::string& file, const ParameterNames& names) {
     try {
         return readResults(stream, names);
     } catch (const std::runtime_error& reason) {
-        throw std::runtime_error(file + ": " + reason.what());
+        throw std::runtime_error(file + ": " + printable(reason.what()));
     }
 }
 

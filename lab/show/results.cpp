@@ -25,8 +25,9 @@ std::vector<Cells> functionRows(const ResultTable& results) {
 std::vector<Cells> resultRows(const ResultTable& results) {
     std::vector<Cells> rows{{"function", "clocks", "per", "usec", "calls", "point"}};
     for (const ResultRow& row : results.rows) {
+        const std::optional<std::int64_t> calls = callsOf(row);
         rows.push_back({printable(row.function), figureText(row.clocks), printable(row.unit),
-                        figureText(row.microseconds), figureText(callsOf(row)),
+                        figureText(row.microseconds), calls ? std::to_string(*calls) : "?",
                         printable(parameterText(row.parameters)) + (row.hot ? " (hot)" : "")});
     }
     return rows;
@@ -36,10 +37,10 @@ std::vector<Cells> resultRows(const ResultTable& results) {
 
 std::string figureText(std::optional<double> value) { return value ? fmt::format("{}", *value) : "?"; }
 
-std::optional<double> callsOf(const ResultRow& row) {
+std::optional<std::int64_t> callsOf(const ResultRow& row) {
     for (const std::string_view name : {"nLps=", "nCalls="}) {
         const std::size_t at = row.comment.find(name);
-        double calls = 0;
+        std::int64_t calls = 0;
         if (at != std::string::npos) {
             const char* const end = row.comment.data() + row.comment.size();
             if (std::from_chars(row.comment.data() + at + name.size(), end, calls).ec == std::errc()) {

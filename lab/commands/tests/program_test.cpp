@@ -38,6 +38,7 @@ class Program : public testing::Test {
         m_folder.library("dumb", "dumb");
         m_folder.library("wide", "", ELFCLASS32);
         std::filesystem::create_directory(m_folder.path("empty"));
+        std::ofstream(m_folder.path("esc")) << "\x1b[31m\n";
     }
 
     Outcome lab(const std::string& arguments) {
@@ -69,12 +70,16 @@ TEST_F(Program, StatusesAndWords) {
         {"compare a c" + m_fake, 5, "exited with status 3"},
         {"show metrig-lab.db", 5, "exited with status 3"},
         {"export metrig-lab.db --json", 0, "\"verdict\": \"same\""},
+        {"page metrig-lab.db", 0, "metrig-lab.html"},
+        {"page metrig-lab.db -o ./metrig-lab.db", 2, "is the store itself"},
+        {"page metrig-lab.db -o nowhere/x", 2, "nowhere/x: can't be written"},
         {"export metrig-lab.db", 2, "option"},
         {"export metrig-lab.db --json --csv", 2, "option"},
         {"export metrig-lab.db --csv -o ./metrig-lab.db", 2, "is what is to be exported"},
         {"export metrig-lab.db --csv -o nowhere/x", 2, "nowhere/x: can't be written"},
         {"export a/" + std::string(libraryObjects[0]) + " --csv", 2, ": line 1: a byte of 0"},
         {"export a --csv", 2, "a: can't be read"},
+        {"show esc", 2, "line 1: no line of a table of results: \"\\x1b[31m\""},
         {"show metrig-lab.db --only faster,same", 5, "F1"},
         {"show metrig-lab.db --only bad", 2, "bad"},
         {"show " + m_table + " --only same", 2, "no verdicts"},
