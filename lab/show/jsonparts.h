@@ -16,7 +16,11 @@ namespace lab {
 
 using Json = nlohmann::ordered_json;
 
-inline Json orNull(std::optional<double> value) { return value ? Json(*value) : Json(nullptr); }
+template <class Number>
+Json orNull(const std::optional<Number>& value) {
+    return value ? Json(*value) : Json(nullptr);
+}
+
 inline Json figure(double value, int decimals) { return orNull(rounded(value, decimals)); }
 inline Json ratio(double logRatio) { return orNull(ratioFigure(logRatio)); }
 inline Json clocks(double value) { return orNull(clocksFigure(value)); }
