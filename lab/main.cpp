@@ -12,11 +12,11 @@
 #include <vector>
 
 #include "commands/commands.h"
+#include "machine/version.h"
 #include "show/report.h"
 
 namespace {
 
-constexpr const char* labVersion = "1.0";
 constexpr const char* defaultStore = "metrig-lab.db";
 
 constexpr const char* statuses =
@@ -161,7 +161,7 @@ int runCommandLine(int argc, char** argv) {
 
     CommandLine line;
     CLI::App app("Compares two builds of a library by instruments that take turns.", "metrig-lab");
-    app.set_version_flag("--version", fmt::format("metrig-lab {}", labVersion));
+    app.set_version_flag("--version", fmt::format("metrig-lab {}", lab::labVersion()));
     app.require_subcommand(1);
     app.footer(statuses);
     addCompare(app, line);

@@ -10,6 +10,7 @@
 #include "machine/canary.h"
 #include "machine/facts.h"
 #include "machine/noise.h"
+#include "machine/version.h"
 #include "turns/walk.h"
 
 namespace lab {
@@ -166,6 +167,7 @@ Store beginComparison(const Settings& asked, const std::string& path, const Watc
         markEqualCode(head.points, head.sides);
     }
     head.settings = settingTexts(settings);
+    head.settings.emplace_back("version", labVersion());
     head.settings.emplace_back("mhz", std::to_string(mhz));
     head.settings.emplace_back("identical", isSelfComparison(head.sides) ? "yes" : "no");
     Store store = Store::create(path, head);

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "commands/progress.h"
+#include "machine/version.h"
 #include "turns/tests/fake_library.h"
 
 namespace lab {
@@ -55,6 +56,7 @@ TEST_F(Program, StatusesAndWords) {
         const char* words;
     } rows[] = {
         {"", 2, "subcommand"},
+        {"--version", 0, labVersion()},
         {"compare a", 2, "NEW"},
         {"compare a b --margin 3x", 2, "3x"},
         {"compare a nowhere" + m_fake, 2, "nowhere"},

@@ -10,6 +10,7 @@
 
 #include "compare/storedreport.h"
 #include "machine/random.h"
+#include "machine/version.h"
 #include "turns/tests/fake_library.h"
 
 namespace lab {
@@ -99,6 +100,7 @@ TEST_F(Comparisons, RefuseWhatCannotBeCompared) {
     EXPECT_THROW(compared(empty), std::runtime_error);
 
     Store store = beginComparison(settings("", ""), m_path, nobody);
+    EXPECT_EQ(store.setting("version"), labVersion());
     m_folder.library("new", "slow F1 2");
     EXPECT_THROW(continueComparison(store, nobody), NotComparable) << "files of another day";
 }
