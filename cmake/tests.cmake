@@ -85,8 +85,8 @@ if(TARGET run_tests)
     endforeach()
     set(run_list ${CMAKE_BINARY_DIR}/run_tests_suites.cmake)
     add_custom_command(TARGET run_tests POST_BUILD VERBATIM
-        COMMAND ${CMAKE_COMMAND} -DEMULATOR=${METRIG_EMULATOR} -DPROGRAM=$<TARGET_FILE:run_tests> -DLIST=${run_list} -DTIMEOUT=300
-                "-DSUITES=$<IF:$<CONFIG:Asan>,^Construction,.>"
+        COMMAND ${CMAKE_COMMAND} -DEMULATOR=${METRIG_EMULATOR} -DPROGRAM=$<TARGET_FILE:run_tests> -DLIST=${run_list}
+                -DTIMEOUT=300 "-DSUITES=$<IF:$<CONFIG:Asan>,^Construction,.>"
                 -P ${CMAKE_SOURCE_DIR}/cmake/discover_suites.cmake)
     file(WRITE ${CMAKE_BINARY_DIR}/run_tests.cmake
         "if(EXISTS \"${run_list}\")\n  include(\"${run_list}\")\n"
