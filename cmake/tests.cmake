@@ -108,3 +108,6 @@ add_test(NAME metrig_page
     COMMAND ${CMAKE_COMMAND} -DPAGE=${page} -DEMULATOR=${METRIG_EMULATOR} -DPROGRAM=$<TARGET_FILE:metrig-page>
             -DFOLDER=${CMAKE_BINARY_DIR}/page -P ${CMAKE_SOURCE_DIR}/tests/run/page_test.cmake)
 set_tests_properties(metrig_page PROPERTIES TIMEOUT 60 RESOURCE_LOCK measuring)
+
+add_test(NAME docs_names COMMAND ${CMAKE_SOURCE_DIR}/tests/docs/names)
+set_tests_properties(docs_names PROPERTIES TIMEOUT 60)
