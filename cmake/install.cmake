@@ -32,8 +32,8 @@ set_target_properties(metrig PROPERTIES BUILD_RPATH "$ORIGIN/${way}")
 install_program(metrig)
 install_program(metrig-bare)
 install(DIRECTORY examples/ DESTINATION ${CMAKE_INSTALL_DATADIR}/metrig/examples COMPONENT metrig)
-install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT metrig)
-install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT metrig)
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT metrig PATTERN man EXCLUDE)
+install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT metrig)
 install(FILES zylch/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR}/zylch COMPONENT metrig)
 
 # Floors and binding become one folder of headers; what the framework needs of the library's stands beside them.
