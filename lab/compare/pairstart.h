@@ -1,6 +1,6 @@
 #pragma once
 
-/// A fresh pair of instruments on fresh copies of both libraries.
+/// A fresh pair of instruments on fresh copies of what is compared.
 
 #include <array>
 #include <chrono>
@@ -16,7 +16,7 @@ namespace lab {
 
 struct InstrumentPair {
     std::array<std::unique_ptr<Instrument>, 2> side;  ///< old, new
-    /// Where each really has its shared objects mapped, in the order of libraryObjects.
+    /// Where each really has its objects mapped, in the order of StoredSide::objects.
     std::array<std::vector<std::string>, 2> mapped;
 };
 

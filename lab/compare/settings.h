@@ -13,10 +13,10 @@
 namespace lab {
 
 struct Settings {
-    std::array<std::string, 2> folders;                ///< of the shared objects, old and new
+    std::array<std::string, 2> folders;                ///< of the shared objects, old and new; or programs
     std::vector<std::string> keys;                     ///< of both instruments
     std::array<std::vector<std::string>, 2> sideKeys;  ///< of one of them
-    std::string instrument;                            ///< path of the program; empty: the one that is built
+    std::string instrument;                            ///< path of the program; empty: the one that is there
     double margin = 0.01;
     double seconds = 600.0;  ///< the whole may take
     int fewestPairs = 12;

@@ -14,9 +14,14 @@ struct NotComparable : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// What the files tell of both sides. std::runtime_error for a folder without the shared objects, and where
-/// no instrument of their width is built; NotComparable for objects of different widths.
+/// What the files tell of both sides: two folders, compared by the instrument asked for or by that of their
+/// width, or two programs that are instruments themselves. std::runtime_error for a folder without the shared
+/// objects, where there is no instrument of their width, or one does not start; NotComparable for different
+/// widths.
 std::array<StoredSide, 2> findSides(const Settings& settings);
+
+/// Whether the side is a program, and the first of its objects.
+bool isProgram(const StoredSide& side);
 
 /// Whether both sides are the same to the byte.
 bool areSameObjects(const std::array<StoredSide, 2>& sides);

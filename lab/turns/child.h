@@ -23,6 +23,7 @@ void throwIfInterrupted();
 /// What a child is started with.
 struct ChildStart {
     std::string program;
+    std::string copy;  ///< of the program, which runs in its place under its name; empty: the program itself
     std::vector<std::string> arguments;
     std::vector<std::string> environment;  ///< "NAME=value", beside what this process has
 };

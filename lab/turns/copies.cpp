@@ -68,6 +68,8 @@ void copy(const std::string& from, const std::string& to) {
     if (!source || !(target << source.rdbuf()) || !target.flush()) {
         throw std::runtime_error("can't copy " + from + " to " + to);
     }
+    target.close();
+    fs::permissions(to, fs::perms::owner_all);  // programs are among them
 }
 
 void writeFiller(const std::string& path, std::uint64_t pages) {
@@ -76,7 +78,7 @@ void writeFiller(const std::string& path, std::uint64_t pages) {
 
 }  // namespace
 
-LibraryCopies::LibraryCopies(const std::array<std::string, 2>& folders, Random& random) {
+LibraryCopies::LibraryCopies(const std::array<std::vector<Original>, 2>& originals, Random& random) {
     const std::string home = homeOfCopies();
     removeAbandoned(home);
     m_base = home + "/" + namesBegin + "XXXXXX";
@@ -89,9 +91,9 @@ LibraryCopies::LibraryCopies(const std::array<std::string, 2>& folders, Random& 
         const int first = random.coin() ? 0 : 1;
         for (const int side : {first, 1 - first}) {
             fs::create_directory(folder(side));
-            for (const std::string& name : libraryObjects) {
+            for (const auto& [name, path] : originals[static_cast<std::size_t>(side)]) {
                 writeFiller(folder(side) + "/filler-" + name, random.below(FillerPages));
-                copy(folders[static_cast<std::size_t>(side)] + "/" + name, folder(side) + "/" + name);
+                copy(path, folder(side) + "/" + name);
             }
         }
     } catch (...) {

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Fresh copies of the libraries of both sides. The pages of a file stay the same for hours, and which they
+/// Fresh copies of the files of both sides. The pages of a file stay the same for hours, and which they
 /// are shows in the figures, so each pair of processes gets pages of its own.
 
 #include <array>
@@ -11,17 +11,23 @@
 
 namespace lab {
 
-/// The shared objects of a library.
+/// The shared objects of the library `zylch`.
 inline const std::vector<std::string> libraryObjects = {"libzylcore.so.10", "libzyls.so.10",
                                                         "libzylch.so.10"};
+
+/// A file, and the name that its copy gets.
+struct Original {
+    std::string name;
+    std::string path;
+};
 
 /// Two folders in memory, where the system has room for files that can be mapped as programs there. They
 /// vanish with the object, and what an object of a killed process left behind vanishes with the next one.
 class LibraryCopies {
   public:
-    /// `folders` hold the originals, of the old side and of the new one. std::runtime_error if a file can't
-    /// be read or written.
-    LibraryCopies(const std::array<std::string, 2>& folders, Random& random);
+    /// The originals are those of the old side and of the new one. std::runtime_error if a file can't be read
+    /// or written.
+    LibraryCopies(const std::array<std::vector<Original>, 2>& originals, Random& random);
     LibraryCopies(const LibraryCopies&) = delete;
     LibraryCopies& operator=(const LibraryCopies&) = delete;
     ~LibraryCopies();
