@@ -16,6 +16,7 @@ function(add_manual program)
         COMMAND ${fill} ${template} ${changelog} ${PROJECT_VERSION} ${METRIG_EMULATOR} $<TARGET_FILE:${program}>
                 > ${page})
     add_custom_target(${program}-manual ALL DEPENDS ${page})
+    add_dependencies(to_install ${program}-manual)
 
     include(GNUInstallDirs)
     set(pages ${CMAKE_INSTALL_MANDIR}/man1)
