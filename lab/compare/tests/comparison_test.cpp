@@ -109,8 +109,9 @@ TEST_F(Comparisons, TakeObjectsOfAnyName) {
     asked = settings("", "");
     for (const std::string& folder : asked.folders) {
         std::filesystem::remove_all(folder);
-        m_folder.library(std::filesystem::path(folder).filename(), folder == asked.folders[1] ? "slow F2 2" : "",
-                         ELFCLASS64, {"libhelp.so", "libmine.so.2.1", "libunused.so"});
+        m_folder.library(std::filesystem::path(folder).filename(),
+                         folder == asked.folders[1] ? "slow F2 2" : "", ELFCLASS64,
+                         {"libhelp.so", "libmine.so.2.1", "libunused.so"});
         // what is mapped is the file, what is asked for the link
         std::filesystem::create_symlink("libmine.so.2.1", folder + "/libmine.so.2");
     }

@@ -1,6 +1,7 @@
 /// An instrument that measures nothing: it says the lines of one, with ticks that its "library" tells. That
-/// is a text behind the ELF header of the last of its objects, a word and a function a line. The objects stand
-/// in the first folder of LD_LIBRARY_PATH; FAKE_OBJECTS names others than those of the library, or none:
+/// is a text behind the ELF header of the last of its objects, a word and a function a line. The objects
+/// stand in the first folder of LD_LIBRARY_PATH; FAKE_OBJECTS names others than those of the library, or
+/// none:
 ///   slow F 1.3     a call of F takes so many times its usual ticks
 ///   status F 5     status at each turn
 ///   signal F       the test ends in place of the ticks
