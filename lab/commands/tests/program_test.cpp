@@ -46,7 +46,7 @@ class Program : public testing::Test {
     }
 
     TestFolder m_folder;
-    const std::string m_fake = " --metrig " LAB_FAKE_INSTRUMENT " --no-wait --epochs 3 ";
+    const std::string m_fake = " --instrument " LAB_FAKE_INSTRUMENT " --no-wait --epochs 3 ";
 };
 
 TEST_F(Program, StatusesAndWords) {
@@ -63,7 +63,7 @@ TEST_F(Program, StatusesAndWords) {
         {"compare a empty" + m_fake, 2, "libzylcore.so.10"},
         {"compare a dumb" + m_fake, 2, "takes no turns"},
         {"compare a a --core 4000" + m_fake, 2, "4000"},
-        {"compare a wide" + m_fake, 4, "the new one of 32"},
+        {"compare a wide" + m_fake, 4, "of 32 bits"},
         {"compare a a" + m_fake + "-- -fF1 --odd", 0, "-fF1 --odd"},
         {"compare a b" + m_fake, 1, "F2"},
         {"compare b a" + m_fake, 0, "faster"},
