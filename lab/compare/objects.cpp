@@ -128,7 +128,11 @@ StoredObject objectAt(const std::string& path, const std::string& name) {
 std::vector<StoredObject> objectsIn(const std::string& folder, const std::vector<std::string>& names) {
     std::vector<StoredObject> objects;
     for (const std::string& name : names) {
-        objects.push_back(objectAt(fs::path(folder) / name, name));
+        const std::string path = fs::path(folder) / name;
+        if (!fs::exists(path)) {
+            throw std::runtime_error(path + ": no such file (other shared objects need --instrument)");
+        }
+        objects.push_back(objectAt(path, name));
         if (objects.back().bits != objects.front().bits) {
             throw std::runtime_error(folder + ": shared objects of 32 and of 64 bits");
         }
