@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <set>
+#include <utility>
 
 #include "compare/sides.h"
 #include "machine/elf.h"
@@ -59,17 +61,26 @@ const StoredObject* objectNamed(const std::vector<StoredObject>& objects, const 
     return found == objects.end() ? nullptr : &*found;
 }
 
+/// The names in the folder, short ones first: links stand before what they lead to.
+std::vector<fs::path> entriesOf(const std::string& folder) {
+    std::vector<fs::path> entries(fs::directory_iterator(folder), {});
+    std::sort(entries.begin(), entries.end(), [](const fs::path& a, const fs::path& b) {
+        const auto key = [](const fs::path& path) { return std::pair(path.native().size(), path); };
+        return key(a) < key(b);
+    });
+    return entries;
+}
+
 /// Of `mapped`, what is in the folder or what its links lead to.
 std::vector<StoredObject> mappedOf(const std::string& folder, const std::vector<std::string>& mapped) {
     std::vector<StoredObject> objects;
+    std::set<std::string> taken;
     std::error_code failed;
-    for (const auto& entry : fs::directory_iterator(folder)) {
-        const std::string path = fs::canonical(entry.path(), failed);
-        if (!failed && std::find(mapped.begin(), mapped.end(), path) != mapped.end()) {
-            const std::string name = askedName(path, entry.path().filename());
-            if (objectNamed(objects, name) == nullptr) {
-                objects.push_back(objectAt(path, name));
-            }
+    for (const fs::path& entry : entriesOf(folder)) {
+        const std::string path = fs::canonical(entry, failed);
+        if (!failed && std::find(mapped.begin(), mapped.end(), path) != mapped.end() &&
+            taken.insert(path).second) {
+            objects.push_back(objectAt(path, askedName(path, entry.filename())));
         }
     }
     sortByName(objects);
@@ -128,7 +139,11 @@ StoredObject objectAt(const std::string& path, const std::string& name) {
 std::vector<StoredObject> objectsIn(const std::string& folder, const std::vector<std::string>& names) {
     std::vector<StoredObject> objects;
     for (const std::string& name : names) {
-        objects.push_back(objectAt(fs::path(folder) / name, name));
+        const std::string path = fs::path(folder) / name;
+        if (!fs::exists(path)) {
+            throw std::runtime_error(path + ": no such file (other shared objects need --instrument)");
+        }
+        objects.push_back(objectAt(path, name));
         if (objects.back().bits != objects.front().bits) {
             throw std::runtime_error(folder + ": shared objects of 32 and of 64 bits");
         }

@@ -23,9 +23,10 @@ void throwIfInterrupted();
 /// What a child is started with.
 struct ChildStart {
     std::string program;
-    std::string copy;  ///< of the program, which runs in its place under its name; empty: the program itself
     std::vector<std::string> arguments;
     std::vector<std::string> environment;  ///< "NAME=value", beside what this process has
+    /// Of the program, and runs in its place under its name; empty: the program itself.
+    std::string copy = {};
 };
 
 /// A process in a group of its own, which ends with the one that started it. The descriptors that it speaks
