@@ -36,6 +36,7 @@ function(find_zyl_library name)
     set_target_properties(${name} PROPERTIES IMPORTED_LOCATION ${${name}_file})
 endfunction()
 
+# Defines ZYL_LIBRARIES: what is found under ZYL_ROOT, or the stand-in.
 macro(add_zyl_libraries)
     if(ZYL_ROOT)
         find_zyl_library(zylch)

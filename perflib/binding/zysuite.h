@@ -21,8 +21,8 @@ constexpr Zyl64u zyLongestTime = 0x7FFFFFFFFFFFFFFF;
 /// Keeps a turn of a counted loop that would otherwise be optimised away, and orders memory around it.
 ZY_ENTRY void zyKeepTurn() { asm volatile("" ::: "memory"); }
 
-/// Keeps what a body has computed, and so its call: a compiler that knows the function may see that nobody asks
-/// for the result, and leave the call out.
+/// Keeps what a body has computed, and so its call: a compiler that knows the function may see that nobody
+/// asks for the result, and leave the call out.
 template <class T>
 ZY_ENTRY void zyKeep(T value) {
     asm volatile("" : : "g"(value) : "memory");
