@@ -40,15 +40,14 @@ void findFolders(std::array<StoredSide, 2>& sides, const std::string& asked) {
             throw std::runtime_error(side.name + ": no such folder");
         }
         side.folder = fs::canonical(side.name);
-        side.instrument = asked.empty() ? "" : fs::canonical(asked).string();
+        if (asked.empty()) {
+            side.objects = objectsIn(side.folder, libraryObjects);
+        } else {
+            side.instrument = fs::canonical(asked);
+        }
     }
     if (!asked.empty()) {
         findObjectsInFolders(sides);
-        return;
-    }
-    for (StoredSide& side : sides) {
-        side.objects = objectsIn(side.folder, libraryObjects);
-        side.instrument = instrumentOf(side.objects.front().bits);
     }
 }
 
@@ -84,11 +83,20 @@ std::array<StoredSide, 2> findSides(const Settings& settings) {
     if (programs == 1) {
         throw std::runtime_error(sides[0].name + " and " + sides[1].name + ": a folder and a program");
     }
-    programs == 0 ? findFolders(sides, settings.instrument) : findPrograms(sides, settings.instrument);
+    if (programs == 0) {
+        findFolders(sides, settings.instrument);
+    } else {
+        findPrograms(sides, settings.instrument);
+    }
     const int bits = sides[0].objects.front().bits;
     if (sides[1].objects.front().bits != bits) {
         throw NotComparable("the old build is of " + std::to_string(bits) + " bits, the new one of " +
                             std::to_string(sides[1].objects.front().bits));
+    }
+    for (StoredSide& side : sides) {
+        if (side.instrument.empty()) {
+            side.instrument = instrumentOf(bits);
+        }
     }
     return sides;
 }
