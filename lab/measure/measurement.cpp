@@ -19,6 +19,7 @@
 #include "compare/storedreport.h"
 #include "compare/survey.h"
 #include "machine/facts.h"
+#include "machine/instruments.h"
 #include "measure/storedmeasurement.h"
 #include "turns/walk.h"
 
@@ -263,7 +264,9 @@ Store beginMeasurement(const MeasureSettings& asked, const std::string& path, co
     head.kind = StoreKind::measurement;
     Store::checkPath(path, head.kind);
     StoredSide& side = head.sides[0];
-    side = findFiles(settings.folder, settings.keys);
+    side.name = settings.folder;
+    side.keys = settings.keys;
+    findFiles(side);
     const int bits = side.objects.front().bits;
     side.instrument = settings.instrument.empty() ? instrumentOf(bits) : settings.instrument;
     if (!settings.against.empty()) {

@@ -175,13 +175,14 @@ TEST(TurnSize, FillsTheTurn) {
 
 TEST(LibraryCopies, VanishAlsoWhenTheirOwnerWasKilled) {
     const TestFolder folder;
-    const std::string library = folder.library("side", "");
+    const std::string name = "libzyls.so.10";
+    const std::vector<Original> library = {{name, folder.library("side", "") + "/" + name}};
     Random random{1};
     std::string kept;
     {
         const LibraryCopies copies({library, library}, random);
         kept = copies.folder(1);
-        EXPECT_TRUE(std::filesystem::exists(kept + "/libzyls.so.10"));
+        EXPECT_TRUE(std::filesystem::exists(kept + "/" + name));
         const LibraryCopies others({library, library}, random);  // leaves those of the living alone
         EXPECT_TRUE(std::filesystem::exists(kept));
     }
