@@ -95,6 +95,7 @@ TEST_P(Faults, AreNamedAndTheWalkEndsOrGoesOn) {
     EXPECT_EQ(walk.end.losses[0], "");
     EXPECT_EQ(walk.end.losses[1], GetParam().loss);
     EXPECT_EQ(walk.end.function, *GetParam().loss != '\0' ? "F2" : "");
+    EXPECT_EQ(walk.end.chances() > 2, std::string(GetParam().loss).find("signal 9") != std::string::npos);
     std::string functions;
     for (const auto& [function, visits] : walk.visits) {
         functions += function + " ";
