@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <random>
 #include <set>
 #include <thread>
 
@@ -131,6 +132,16 @@ std::array<Survey, 2> surveySides(std::array<StoredSide, 2>& sides, int mhz, con
     return surveys;
 }
 
+/// Tells this comparison from every other, those of the same builds and seed too.
+std::string newIdentity() {
+    std::random_device lots;
+    std::string identity;
+    for (int i = 0; i < 4; ++i) {
+        identity += (i > 0 ? "-" : "") + std::to_string(lots());
+    }
+    return identity;
+}
+
 /// What is to be kept of a survey that was lost.
 void keepLoss(Store& store, const Survey& survey, std::size_t side, const Watcher& watcher) {
     if (survey.loss.empty()) {
@@ -167,6 +178,7 @@ Store beginComparison(const Settings& asked, const std::string& path, const Watc
     }
     head.settings = settingTexts(settings);
     head.settings.emplace_back("mhz", std::to_string(mhz));
+    head.settings.emplace_back("session", newIdentity());
     head.settings.emplace_back("identical", isSelfComparison(head.sides) ? "yes" : "no");
     Store store = Store::create(path, head);
     keepLoss(store, surveys[0], 0, watcher);

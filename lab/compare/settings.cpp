@@ -1,5 +1,6 @@
 #include "compare/settings.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <stdexcept>
@@ -62,17 +63,22 @@ NamedTexts settingTexts(const Settings& settings) {
             {"seed", std::to_string(settings.seed)},
             {"patience", exact(settings.patience)},
             {"wait", settings.wait ? "yes" : "no"},
+            {"family", exact(settings.family)},
+            {"kind", settings.kind},
             {"epochs", std::to_string(settings.shape.epochs)},
             {"turn", exact(settings.shape.microseconds)},
             {"blocks", std::to_string(settings.shape.blocks)}};
 }
 
 Settings settingsFrom(const StoredHead& head) {
+    const auto find = [&](const char* name) {
+        return std::find_if(head.settings.begin(), head.settings.end(),
+                            [&](const auto& known) { return known.first == name; });
+    };
     const auto text = [&](const char* name) -> const std::string& {
-        for (const auto& [known, value] : head.settings) {
-            if (known == name) {
-                return value;
-            }
+        const auto found = find(name);
+        if (found != head.settings.end()) {
+            return found->second;
         }
         throw std::invalid_argument(std::string("the store has no setting \"") + name + "\"");
     };
@@ -86,6 +92,10 @@ Settings settingsFrom(const StoredHead& head) {
     settings.seed = std::stoull(text("seed"));
     settings.patience = numberAndUnit(text("patience")).first;
     settings.wait = text("wait") == "yes";
+    if (find("family") != head.settings.end()) {  // stores of version 1.0 have none of these
+        settings.family = numberAndUnit(text("family")).first;
+        settings.kind = text("kind");
+    }
     settings.shape.epochs = wholeNumber(text("epochs"));
     settings.shape.microseconds = numberAndUnit(text("turn")).first;
     settings.shape.blocks = wholeNumber(text("blocks"));

@@ -25,6 +25,8 @@ struct Settings {
     std::uint64_t seed = 0;
     double patience = 10.0;  ///< seconds for an answer
     bool wait = true;        ///< for quiet
+    double family = 0.01;    ///< probability of a false "slower" or "faster" anywhere, at most
+    std::string kind;        ///< of machine that the comparison speaks for; empty: its processor
     TurnShape shape;
 
     /// The looks between the fewest pairs and the most.

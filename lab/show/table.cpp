@@ -15,16 +15,6 @@
 namespace lab {
 namespace {
 
-/// Bytes that could steer a terminal, or take more or less than a column, are written as "\xNN".
-std::string printable(std::string_view text) {
-    std::string shown;
-    for (const char c : text) {
-        shown += c >= ' ' && c <= '~' ? std::string(1, c)
-                                      : fmt::format("\\x{:02x}", static_cast<unsigned char>(c));
-    }
-    return shown;
-}
-
 bool died(const Point& point) { return point.decision.reason == Reason::crash; }
 
 /// Groups of lines, the worst first.
@@ -52,50 +42,12 @@ double strength(const Point& point) {
     }
 }
 
-struct Line {
-    const Point* point;  ///< that it rests on
-    Counts counts;       ///< of the function
-    bool operator<(const Line& other) const {
-        const int mine = badness(*point);
-        const int its = badness(*other.point);
-        return mine != its ? mine < its : strength(*point) > strength(*other.point);
-    }
-};
-
 bool speaksBefore(const Point& one, const Point& other) {
     return weight(one) != weight(other) ? weight(one) < weight(other) : strength(one) > strength(other);
 }
 
 bool wanted(const Point& point, const TableStyle& style) {
     return style.only.empty() || style.only.contains(point.decision.verdict);
-}
-
-std::vector<Line> linesOf(const Report& report, const TableStyle& style) {
-    std::vector<Line> lines;
-    std::map<std::string_view, Counts> counts;
-    std::map<std::string_view, std::size_t> lineOf;
-    for (const Point& point : report.points) {
-        add(counts[point.function], point);
-        if (!wanted(point, style)) {
-            continue;
-        }
-        const auto [known, isNew] = lineOf.emplace(point.function, lines.size());
-        if (style.points || isNew) {
-            lines.push_back({&point, {}});
-        } else if (speaksBefore(point, *lines[known->second].point)) {
-            lines[known->second].point = &point;
-        }
-    }
-    for (Line& line : lines) {
-        line.counts = counts[line.point->function];
-    }
-    std::stable_sort(lines.begin(), lines.end());
-    return lines;
-}
-
-std::string verdictText(const Decision& decision) {
-    const bool reasoned = decision.reason != Reason::none;
-    return fmt::format("{}{}{}", word(decision.verdict), reasoned ? ": " : "", word(decision.reason));
 }
 
 std::string countsText(const Counts& counts) {
@@ -146,7 +98,7 @@ Cells headCells(const TableStyle& style) {
     return {"function", "verdict", "change", "interval", "points", "", "rests on"};
 }
 
-Cells cellsOf(const Line& line, const TableStyle& style) {
+Cells cellsOf(const TableLine& line, const TableStyle& style) {
     const Decision& decision = line.point->decision;
     const bool bounded = std::isfinite(decision.interval.low);
     return {printable(line.point->function),
@@ -158,14 +110,9 @@ Cells cellsOf(const Line& line, const TableStyle& style) {
             printable(parameterText(*line.point)) + remarks(*line.point)};
 }
 
-std::string_view colourOf(const Point& point) {
-    constexpr std::array<std::string_view, 5> ofBadness{"\x1b[1;31m", "\x1b[31m", "\x1b[33m", "", "\x1b[32m"};
-    return ofBadness.at(static_cast<std::size_t>(badness(point)));
-}
-
-std::string rows(const std::vector<Line>& lines, const TableStyle& style) {
+std::string rows(const std::vector<TableLine>& lines, const TableStyle& style) {
     std::vector<Cells> all{headCells(style)};
-    for (const Line& line : lines) {
+    for (const TableLine& line : lines) {
         all.push_back(cellsOf(line, style));
     }
     std::array<std::size_t, std::tuple_size_v<Cells>> widths{};
@@ -176,15 +123,14 @@ std::string rows(const std::vector<Line>& lines, const TableStyle& style) {
     }
     std::string text;
     for (std::size_t row = 0; row < all.size(); ++row) {
-        const std::string_view colour = style.colours && row > 0 ? colourOf(*lines[row - 1].point) : "";
         std::string line;
         for (std::size_t i = 0; i + 1 < widths.size(); ++i) {
             if (widths[i] == 0) {
                 continue;  // a column of points in a table of functions
             }
             const std::string cell = fmt::format("{:{}}  ", all[row][i], widths[i]);
-            const bool coloured = i == verdictCell && !colour.empty();
-            line += coloured ? fmt::format("{}{}\x1b[0m", colour, cell) : cell;
+            const bool isColoured = i == verdictCell && row > 0 && style.colours;
+            line += isColoured ? coloured(cell, *lines[row - 1].point) : cell;
         }
         line += all[row].back();
         text += line.substr(0, line.find_last_not_of(' ') + 1) + "\n";
@@ -275,6 +221,55 @@ std::size_t functionsWith(const std::vector<Point>& points, Verdict verdict) {
 
 }  // namespace
 
+bool isWorse(const TableLine& one, const TableLine& other) {
+    const int mine = badness(*one.point);
+    const int its = badness(*other.point);
+    return mine != its ? mine < its : strength(*one.point) > strength(*other.point);
+}
+
+std::vector<TableLine> tableLines(const Report& report, const TableStyle& style) {
+    std::vector<TableLine> lines;
+    std::map<std::string_view, Counts> counts;
+    std::map<std::string_view, std::size_t> lineOf;
+    for (const Point& point : report.points) {
+        add(counts[point.function], point);
+        if (!wanted(point, style)) {
+            continue;
+        }
+        const auto [known, isNew] = lineOf.emplace(point.function, lines.size());
+        if (style.points || isNew) {
+            lines.push_back({&point, {}});
+        } else if (speaksBefore(point, *lines[known->second].point)) {
+            lines[known->second].point = &point;
+        }
+    }
+    for (TableLine& line : lines) {
+        line.counts = counts[line.point->function];
+    }
+    std::stable_sort(lines.begin(), lines.end(), isWorse);
+    return lines;
+}
+
+std::string verdictText(const Decision& decision) {
+    const bool reasoned = decision.reason != Reason::none;
+    return fmt::format("{}{}{}", word(decision.verdict), reasoned ? ": " : "", word(decision.reason));
+}
+
+std::string coloured(const std::string& cell, const Point& point) {
+    constexpr std::array<std::string_view, 5> ofBadness{"\x1b[1;31m", "\x1b[31m", "\x1b[33m", "", "\x1b[32m"};
+    const std::string_view colour = ofBadness.at(static_cast<std::size_t>(badness(point)));
+    return colour.empty() ? cell : fmt::format("{}{}\x1b[0m", colour, cell);
+}
+
+std::string printable(std::string_view text) {
+    std::string shown;
+    for (const char c : text) {
+        shown += c >= ' ' && c <= '~' ? std::string(1, c)
+                                      : fmt::format("\\x{:02x}", static_cast<unsigned char>(c));
+    }
+    return shown;
+}
+
 bool coloursWanted(bool terminal, const char* noColour) {
     return terminal && (noColour == nullptr || *noColour == '\0');
 }
@@ -311,7 +306,7 @@ std::string sentence(const Report& report) {
 }
 
 std::string table(const Report& report, const TableStyle& style) {
-    return heading(report) + rows(linesOf(report, style), style) + listed("old", report.onlyOlder) +
+    return heading(report) + rows(tableLines(report, style), style) + listed("old", report.onlyOlder) +
            listed("new", report.onlyNewer) + "\n" + sentence(report) + "\n" + explanations(report.points) +
            reachText(report);
 }

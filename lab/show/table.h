@@ -4,6 +4,8 @@
 
 #include <set>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "show/report.h"
 
@@ -14,6 +16,24 @@ struct TableStyle {
     std::set<Verdict> only;  ///< lines of these verdicts alone; empty: all
     bool colours = false;
 };
+
+/// A line of a table.
+struct TableLine {
+    const Point* point = nullptr;  ///< that it rests on
+    Counts counts;                 ///< of the function
+};
+
+/// The lines of a report, the worst first.
+std::vector<TableLine> tableLines(const Report& report, const TableStyle& style);
+/// Whether `one` is to stand before `other`.
+bool isWorse(const TableLine& one, const TableLine& other);
+
+/// "slower", "unsure: noise".
+std::string verdictText(const Decision& decision);
+/// What a terminal writes before and after a cell of the point.
+std::string coloured(const std::string& cell, const Point& point);
+/// Bytes that could steer a terminal, or take more or less than a column, are written as "\xNN".
+std::string printable(std::string_view text);
 
 /// Whether a terminal gets colours: `noColour` is the value of NO_COLOR, null when it is not set.
 bool coloursWanted(bool terminal, const char* noColour);

@@ -16,9 +16,6 @@
 
 namespace lab {
 
-/// Version of the tables.
-constexpr int StoreVersion = 1;
-
 using NamedTexts = std::vector<std::pair<std::string, std::string>>;
 
 struct StoredObject {
@@ -87,7 +84,11 @@ class Store {
     /// it. std::runtime_error if it is none of this version, or another process writes to it.
     static Store open(const std::string& path, bool writing);
 
+    /// One session of a merged store, by its number there, to look at. std::runtime_error if it is none.
+    static Store openSession(const std::string& path, int session);
+
     StoredHead head();
+    StoredHead headWithoutPoints();
 
     /// One transaction: the visits of a test by a pair.
     void addVisits(int pair, const std::vector<StoredVisit>& visits);
