@@ -242,7 +242,7 @@ std::vector<Node> clusterNodes() {
     return nodesIn(asked({"sinfo", "--noheader", "--Node", "--format=%N|%f|%R"}));
 }
 
-void runJobs(const FleetFile& fleet, const FleetRun& run, const Say& say) {
+void runJobs(const FleetFile& fleet, const FleetRun& run, bool waiting, const Say& say) {
     Jobs jobs(run, say);
     if (jobs.recall()) {
         say("the jobs of this run are queued already");
@@ -262,7 +262,9 @@ void runJobs(const FleetFile& fleet, const FleetRun& run, const Say& say) {
         }
         jobs.submit(fleet, kinds);
     }
-    jobs.wait();
+    if (waiting) {
+        jobs.wait();
+    }
 }
 
 }  // namespace lab

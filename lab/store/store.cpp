@@ -126,6 +126,8 @@ Store Store::open(const std::string& path, bool writing) {
     return {std::move(lock), std::move(base)};
 }
 
+bool Store::isOne(const std::string& path) { return isBase(path, BaseId::comparison); }
+
 Store Store::openSession(const std::string& path, int session) {
     auto base = openBase(path, SQLITE_OPEN_READONLY, BaseId::merged);
     std::string views;

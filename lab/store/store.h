@@ -84,6 +84,8 @@ class Store {
     /// it. std::runtime_error if it is none of this version, or another process writes to it.
     static Store open(const std::string& path, bool writing);
 
+    /// Whether the file is there and is a store.
+    static bool isOne(const std::string& path);
     /// One session of a merged store, by its number there, to look at. std::runtime_error if it is none.
     static Store openSession(const std::string& path, int session);
 
