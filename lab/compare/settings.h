@@ -19,8 +19,8 @@ struct Settings {
     std::string instrument;                            ///< path of the program; empty: the one that is built
     double margin = 0.01;
     double seconds = 600.0;  ///< the whole may take
-    int fewestPairs = 8;
-    int mostPairs = 40;
+    int fewestPairs = 12;
+    int mostPairs = 80;
     int core = -1;  ///< -1: the quietest
     std::uint64_t seed = 0;
     double patience = 10.0;  ///< seconds for an answer

@@ -82,8 +82,8 @@ class PairWalk {
                 ++end;
             }
             std::vector<Visit> visits = visitTest(first, end);
-            for (Walker& walker : m_walkers) {
-                walker.leaveTest();
+            for (const std::size_t side : anyOrder()) {
+                m_walkers[side].leaveTest();
             }
             if (isLost()) {
                 return {function, {lossOf(0), lossOf(1)}};
@@ -95,6 +95,13 @@ class PairWalk {
     }
 
   private:
+    /// Both sides, drawn by lot which is first. Whoever makes its data first gets other pages than the
+    /// second, so a fixed order would make a difference that all pairs share.
+    std::array<std::size_t, 2> anyOrder() {
+        const std::size_t first = m_lots.coin() ? 0 : 1;
+        return {first, 1 - first};
+    }
+
     const std::string& functionOf(std::size_t wanted) const {
         return m_route.points()[m_task.points[wanted]].function;
     }
@@ -112,8 +119,9 @@ class PairWalk {
         for (std::size_t i = first; i < end && !isLost(); ++i) {
             Visit visit;
             visit.point = m_task.points[i];
+            m_lots = {m_task.seed, m_task.pair, visit.point};
             if (bothGoOn()) {
-                for (std::size_t side = 0; side < 2; ++side) {
+                for (const std::size_t side : anyOrder()) {
                     reach(side, visit.point);
                 }
             }
@@ -172,10 +180,8 @@ class PairWalk {
         if (!size) {
             return;
         }
-        Random random{m_task.seed, m_task.pair, visit.point};
         for (int epoch = 0; epoch < m_task.shape.epochs; ++epoch) {
-            const std::size_t first = random.coin() ? 0 : 1;
-            for (const std::size_t side : {first, 1 - first}) {
+            for (const std::size_t side : anyOrder()) {
                 auto turn = take(side, *size, visit);
                 if (!turn) {
                     // has the other side the same fate?
@@ -195,7 +201,7 @@ class PairWalk {
     double ticksOfCall(long long calls, int blocks, Visit& visit) {
         double least = 0.0;
         bool lived = true;
-        for (const std::size_t side : {0U, 1U}) {
+        for (const std::size_t side : anyOrder()) {
             const auto turn = take(side, {calls, blocks}, visit);
             if (!turn) {
                 lived = false;
@@ -232,6 +238,7 @@ class PairWalk {
     std::array<Walker, 2> m_walkers;
     const Route& m_route;
     const WalkTask& m_task;
+    Random m_lots{};  ///< of the point, so that a pair that was interrupted draws the same for what is left
     /// How the test ended on a side before its last wanted point, and the last status before.
     std::array<Fate, 2> m_ended;
 };

@@ -42,9 +42,9 @@ std::vector<PointMessage> survey(Instrument& instrument);
 
 /// How turns are taken.
 struct TurnShape {
-    int epochs = 20;
+    int epochs = 10;
     double microseconds = 50.0;  ///< of a turn, about
-    int blocks = 10;             ///< of a turn, where calls are short enough
+    int blocks = 5;              ///< of a turn, where calls are short enough
 };
 
 /// Calls in a block and blocks in a turn for calls of so many ticks.

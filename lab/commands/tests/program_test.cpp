@@ -68,7 +68,7 @@ TEST_F(Program, StatusesAndWords) {
         {"compare a c" + m_fake, 5, "exited with status 3"},
         {"show metrig-lab.db", 5, "exited with status 3"},
         {"export metrig-lab.db --json", 0, "\"verdict\": \"same\""},
-        {"resume metrig-lab.db -- -j5", 2, "compare"},
+        {"resume metrig-lab.db -- -j5", 2, "no keys"},
         {"show nothing.db", 2, "nothing.db"},
         {"compare a b --pairs 2 --fail-on unsure" + m_fake, 3, "cannot be told"},
     };

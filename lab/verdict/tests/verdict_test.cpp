@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <vector>
 
@@ -17,6 +18,9 @@ std::vector<Pair> evenly(int count, double low, double high, Pair pair = {.sprea
     }
     return pairs;
 }
+
+/// A first look at 8 pairs, the last at 40.
+const Plan plan = makePlan(438, std::array{8, 12, 16, 24, 32, 40});
 
 struct Rule {
     const char* name;
@@ -57,7 +61,7 @@ TEST(Verdict, FollowsTheRules) {
     };
     for (const Rule& rule : rules) {
         SCOPED_TRACE(rule.name);
-        const Decision decision = decide({rule.pairs, rule.fresh, {}, rule.newer}, makePlan(438), 0.01);
+        const Decision decision = decide({rule.pairs, rule.fresh, {}, rule.newer}, plan, 0.01);
         EXPECT_EQ(word(decision.verdict), word(rule.verdict));
         EXPECT_EQ(word(decision.reason), word(rule.reason));
         EXPECT_EQ(decision.next, rule.next);
@@ -67,7 +71,7 @@ TEST(Verdict, FollowsTheRules) {
 
 TEST(Verdict, IntervalOfARepeatedDifferenceIsOfAllPairs) {
     const std::vector<Pair> fresh = evenly(12, 0.032, 0.043);
-    const Decision decision = decide({evenly(8, 0.012, 0.019), fresh, {}, {}}, makePlan(438), 0.01);
+    const Decision decision = decide({evenly(8, 0.012, 0.019), fresh, {}, {}}, plan, 0.01);
     EXPECT_EQ(decision.pairs, 20);
     EXPECT_NEAR(decision.interval.low, 0.015, 1e-12);  // rank 4 of 20: an error of 0.26%
     EXPECT_NEAR(decision.interval.middle, 0.0335, 1e-12);

@@ -1,0 +1,99 @@
+/// metrig-lab compare: which functions became slower or faster.
+
+#include <memory>
+#include <random>
+
+#include "commands/commands.h"
+#include "commands/comparing.h"
+#include "compare/settings.h"
+
+namespace lab {
+
+namespace {
+
+constexpr const char* DefaultStore = "metrig-lab.db";
+
+struct Options {
+    Settings settings;
+    Showing showing;
+    std::string store = DefaultStore;
+    std::array<std::vector<std::string>, 2> keys;  ///< texts of --old-keys and --new-keys
+    bool noWait = false;
+};
+
+void addSides(CLI::App& command, Options& options) {
+    command.add_option("OLD", options.settings.folders[0], "folder with the three shared objects")
+        ->required();
+    command.add_option("NEW", options.settings.folders[1], "the same of the new build; or the same folder")
+        ->required();
+    command.add_option("--old-keys", options.keys[0],
+                       "keys of metrig for the old side alone: --old-keys=-TSSE2");
+    command.add_option("--new-keys", options.keys[1], "keys of metrig for the new side alone");
+    command
+        .add_option("--metrig", options.settings.instrument, "the instrument (that of the libraries' width)")
+        ->check(CLI::ExistingFile);
+}
+
+void addEffort(CLI::App& command, Settings& settings) {
+    addParsed(command, "--margin", settings.margin, "differences within it are none (1%)", parseShare);
+    addParsed(command, "--time", settings.seconds, "longest time: 90s, 10m (10m)", parseSeconds);
+    command
+        .add_option_function<std::string>(
+            "--pairs",
+            [&settings](const std::string& text) {
+                const auto [fewest, most] = parsePairs(text);
+                settings.fewestPairs = fewest;
+                settings.mostPairs = most;
+            },
+            "fewest and most pairs of processes (12:80)")
+        ->check(checkedBy(parsePairs));
+    command.add_option("--epochs", settings.shape.epochs, "turns of each side at a point, by each pair")
+        ->check(CLI::Range(1, 10000))
+        ->capture_default_str();
+    addParsed(command, "--turn", settings.shape.microseconds, "length of a turn, about (50us)",
+              [](const std::string& text) { return parseSeconds(text) * 1e6; });
+    command.add_option("--blocks", settings.shape.blocks, "blocks of a turn")
+        ->check(CLI::Range(1, 1000))
+        ->capture_default_str();
+    addParsed(command, "--patience", settings.patience, "longest wait for an answer of an instrument (10s)",
+              parseSeconds);
+}
+
+void addPlace(CLI::App& command, Options& options) {
+    command.add_option("--core", options.settings.core, "processor to run on (the quietest)")
+        ->check(CLI::NonNegativeNumber);
+    command.add_option("--seed", options.settings.seed, "of all that is random (random)");
+    command.add_flag("--no-wait", options.noWait, "does not wait for a quiet machine");
+}
+
+int run(Options& options, const CommandLine& line) {
+    Settings& settings = options.settings;
+    settings.keys = line.keys;
+    settings.wait = !options.noWait;
+    for (std::size_t side = 0; side < 2; ++side) {
+        for (const std::string& text : options.keys[side]) {
+            const auto some = parseKeys(text);
+            settings.sideKeys[side].insert(settings.sideKeys[side].end(), some.begin(), some.end());
+        }
+    }
+    return runComparison(options.store, options.showing, 0.0, [&](const Watcher& watcher) {
+        return beginComparison(settings, options.store, watcher);
+    });
+}
+
+}  // namespace
+
+void addCompare(CLI::App& app, CommandLine& line) {
+    CLI::App& command = *app.add_subcommand("compare", "Which functions became slower or faster");
+    const auto options = std::make_shared<Options>();
+    options->settings.seed = std::random_device()();
+    addSides(command, *options);
+    command.add_option("-o,--output", options->store, "what is measured is kept here")->capture_default_str();
+    addEffort(command, options->settings);
+    addPlace(command, *options);
+    addShowing(command, options->showing);
+    command.footer(std::string("Keys of metrig for both sides stand after \"--\".\n") + statusHelp);
+    onCommand(command, line, Keys::handedOn, [options, &line] { return run(*options, line); });
+}
+
+}  // namespace lab
