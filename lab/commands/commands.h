@@ -10,5 +10,7 @@ void addCompare(CLI::App& app, CommandLine& line);
 void addResume(CLI::App& app, CommandLine& line);
 void addShow(CLI::App& app, CommandLine& line);
 void addExport(CLI::App& app, CommandLine& line);
+void addFleet(CLI::App& app, CommandLine& line);
+void addMerge(CLI::App& app, CommandLine& line);
 
 }  // namespace lab

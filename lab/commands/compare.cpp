@@ -63,6 +63,10 @@ void addPlace(CLI::App& command, Options& options) {
     command.add_option("--core", options.settings.core, "processor to run on (the quietest)")
         ->check(CLI::NonNegativeNumber);
     command.add_option("--seed", options.settings.seed, "of all that is random (random)");
+    addParsed(command, "--family", options.settings.family,
+              "chance of a false word anywhere, where nothing differs, at most (1%)", parseShare);
+    command.add_option("--kind", options.settings.kind,
+                       "of machine, by which \"merge\" groups (its processor)");
     command.add_flag("--no-wait", options.noWait, "does not wait for a quiet machine");
 }
 

@@ -36,7 +36,7 @@ struct Options {
 void say(const std::string& text) { fmt::print(stderr, "{}\n", text); }
 
 /// Options of "compare" that a session gets from the file or from this program.
-const std::set<std::string> ofTheFleet = {"OLD",      "NEW",    "--output", "--core", "--metrig",
+const std::set<std::string> ofTheFleet = {"OLD",      "NEW",    "--output", "--core",   "--metrig",
                                           "--family", "--kind", "--points", "--fail-on"};
 /// Those of them that can be said all the same.
 const std::set<std::string> alsoSaid = {"OLD", "NEW", "--metrig", "--family"};
@@ -154,7 +154,8 @@ int run(const Options& options, const std::vector<std::string>& words) {
     }
     checkMergeInto(options.output, sides);
     noteInterrupts();
-    const int measured = slurm ? measureByJobs(fleet, run, options) : runOnHosts(fleet, run, options.output, say);
+    const int measured =
+        slurm ? measureByJobs(fleet, run, options) : runOnHosts(fleet, run, options.output, say);
     if (options.detach && slurm) {
         say("the same command waits for the jobs and shows what they found");
         return exitNothingSlower;
@@ -185,9 +186,8 @@ void addFleet(CLI::App& app, CommandLine& line) {
     addShowing(command, options->showing);
     command.footer("\"compare OLD NEW ...\" stands after \"--\", and keys of metrig after another one.\n" +
                    std::string(statusHelp));
-    onCommand(command, line, Keys::handedOn, [options, &line] {
-        return guarded("", [&] { return run(*options, line.keys); });
-    });
+    onCommand(command, line, Keys::handedOn,
+              [options, &line] { return guarded("", [&] { return run(*options, line.keys); }); });
 }
 
 }  // namespace lab

@@ -48,8 +48,7 @@ void addMerge(CLI::App& app, CommandLine& line) {
     command.add_option("STORE", options->stores, "kept comparisons of the same libraries, or merged stores")
         ->required();
     command.add_flag("--skip-others", options->skipOthers, "leaves out what is no store, with a word");
-    onCommand(command, line, Keys::none,
-              [options] { return guarded("", [&] { return run(*options); }); });
+    onCommand(command, line, Keys::none, [options] { return guarded("", [&] { return run(*options); }); });
 }
 
 }  // namespace lab

@@ -55,8 +55,8 @@ std::vector<Point> joinedPoints(const std::vector<Report>& sessions) {
 void warnOfProcessors(Report& report, const std::vector<Report>& sessions) {
     for (const Report& session : sessions) {
         if (session.machine.processor != report.machine.processor) {
-            report.warnings.push_back("its sessions ran on different processors: " + report.machine.processor +
-                                      " and " + session.machine.processor);
+            report.warnings.push_back("its sessions ran on different processors: " +
+                                      report.machine.processor + " and " + session.machine.processor);
             return;
         }
     }
@@ -92,8 +92,7 @@ FleetReport fleetReportOf(const std::string& path) {
         Store store = Store::openSession(path, sessions[i].number);
         ofKind.push_back(reportOf(store));
         if (i + 1 == sessions.size() || sessions[i + 1].kind != sessions[i].kind) {
-            fleet.kinds.push_back(
-                {sessions[i].kind, static_cast<int>(ofKind.size()), joinedReport(ofKind)});
+            fleet.kinds.push_back({sessions[i].kind, static_cast<int>(ofKind.size()), joinedReport(ofKind)});
             ofKind.clear();
         }
     }

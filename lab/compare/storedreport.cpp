@@ -61,7 +61,8 @@ std::string nameOf(const StoredPoint& point) {
 Report reportOf(Store& store) {
     const StoredHead head = store.head();
     const Settings settings = settingsFrom(head);
-    EvidenceTable evidence(head.points, planFor(head.points, settings.looks(), settings.family), settings.margin);
+    EvidenceTable evidence(head.points, planFor(head.points, settings.looks(), settings.family),
+                           settings.margin);
     store.eachVisit([&](int, StoredVisit&& visit) { evidence.add(visit); });
     evidence.decideAll();
     for (const auto& [function, fates] : store.fates()) {

@@ -2,11 +2,11 @@
 
 #include <fmt/core.h>
 
+#include <toml++/toml.h>
 #include <algorithm>
 #include <set>
 #include <stdexcept>
 #include <string_view>
-#include <toml++/toml.h>
 
 namespace lab {
 
@@ -76,7 +76,8 @@ class Section {
         if (std::any_of(value.begin(), value.end(),
                         [](char c) { return c <= ' ' || c > '~' || c == '"' || c == '\\' || c == '\''; })) {
             const toml::node* node = m_table.get(name);
-            fail(node != nullptr ? *node : m_table, fmt::format("\"{}\" has a blank, a quote or worse", name));
+            fail(node != nullptr ? *node : m_table,
+                 fmt::format("\"{}\" has a blank, a quote or worse", name));
         }
     }
 
@@ -108,8 +109,7 @@ class Section {
 };
 
 bool isFileName(const std::string& name) {
-    constexpr std::string_view allowed =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789._-";
+    constexpr std::string_view allowed = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789._-";
     return !name.empty() && name.find_first_not_of(allowed) == std::string::npos && name.front() != '.' &&
            name.front() != '-';
 }

@@ -18,10 +18,10 @@ struct JobWishes {
 /// Machines that are alike. One node, or all that have a feature.
 struct Kind {
     std::string name;
-    std::string node;        ///< by name
-    std::string constraint;  ///< or by features, as Slurm's --constraint
-    std::string host;        ///< for ssh
-    int core = -1;           ///< -1: the quietest
+    std::string node;               ///< by name
+    std::string constraint;         ///< or by features, as Slurm's --constraint
+    std::string host;               ///< for ssh
+    int core = -1;                  ///< -1: the quietest
     std::vector<std::string> keys;  ///< of metrig, beside those of the comparison
     int sessions = 2;
     JobWishes wishes;
@@ -38,8 +38,8 @@ struct FleetFile {
 };
 
 /// std::runtime_error with file and line for a file that can't be read, a key that is unknown or of another
-/// type, and for values that can't be used: a name that is no file name, two kinds of one name, blanks or quotes
-/// in what becomes an option of sbatch.
+/// type, and for values that can't be used: a name that is no file name, two kinds of one name, blanks or
+/// quotes in what becomes an option of sbatch.
 FleetFile readFleetFile(const std::string& path);
 
 }  // namespace lab

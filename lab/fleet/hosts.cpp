@@ -47,8 +47,8 @@ class Host {
     /// Files that the host does not have, links to them, and the script.
     void stage(const std::string& scratch) const {
         const std::string stock = quoted(m_run.stock);
-        std::istringstream listing(
-            asked({.words = shell(fmt::format("mkdir -p {} && cd {} && ls", stock, stock)), .passErrors = true}));
+        std::istringstream listing(asked(
+            {.words = shell(fmt::format("mkdir -p {} && cd {} && ls", stock, stock)), .passErrors = true}));
         std::set<std::string> there;
         for (std::string name; std::getline(listing, name);) {
             there.insert(name);
@@ -60,7 +60,8 @@ class Host {
                 send(file);
             }
             folders.insert(fs::path(m_run.folder + "/" + file.target).parent_path());
-            links += fmt::format("ln -sfn {} {}\n", quoted(m_run.stock + "/" + file.sha256), quoted(file.target));
+            links +=
+                fmt::format("ln -sfn {} {}\n", quoted(m_run.stock + "/" + file.sha256), quoted(file.target));
         }
         std::string all = "mkdir -p";
         for (const std::string& folder : folders) {
@@ -101,8 +102,8 @@ class Host {
     std::string asked(const ProgramStart& start) const {
         const ProgramEnd end = runProgram(start);
         if (end.status != 0) {
-            throw std::runtime_error(fmt::format("{}: {} ended with status {}", m_name, start.words.front(),
-                                                 end.status));
+            throw std::runtime_error(
+                fmt::format("{}: {} ended with status {}", m_name, start.words.front(), end.status));
         }
         return end.output;
     }
@@ -139,7 +140,8 @@ int runOnHosts(const FleetFile& fleet, const FleetRun& run, const std::string& o
         try {
             host.stage(scratch);
             for (int session = 1; session <= kind.sessions; ++session) {
-                say(fmt::format("{}: session {} of {} on {}", kind.name, session, kind.sessions, host.name()));
+                say(fmt::format("{}: session {} of {} on {}", kind.name, session, kind.sessions,
+                                host.name()));
                 const int status = host.measure(session);
                 if (!isAnswer(status)) {
                     say(fmt::format("{}: session {} ended with status {}", kind.name, session, status));

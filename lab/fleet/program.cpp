@@ -170,8 +170,7 @@ bool isProgram(const std::string& name) {
 }
 
 std::string quoted(const std::string& text) {
-    constexpr const char* plain =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789._-/=:,+@%";
+    constexpr const char* plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789._-/=:,+@%";
     if (!text.empty() && text.find_first_not_of(plain) == std::string::npos) {
         return text;
     }

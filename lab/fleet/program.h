@@ -16,9 +16,9 @@ struct ProgramEnd {
 struct ProgramStart {
     std::vector<std::string> words{};  ///< the first one is looked for in PATH
     std::string input{};               ///< file that it reads; empty: nothing
-    bool holdInput = false;          ///< its input stays open, empty, as long as this process lives
-    std::string output{};              ///< file that it writes; empty: kept. Its errors go where this process's do
-    bool passErrors = false;         ///< as there, though the output is kept
+    bool holdInput = false;            ///< its input stays open, empty, as long as this process lives
+    std::string output{};     ///< file that it writes; empty: kept. Its errors go where this process's do
+    bool passErrors = false;  ///< as there, though the output is kept
 };
 
 /// std::runtime_error if it can't be started. Interrupted (turns/child.h) ends it by SIGTERM first.

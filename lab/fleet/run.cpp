@@ -98,8 +98,7 @@ FleetRun planRun(const FleetFile& fleet, const FleetOrder& order, const std::arr
     run.older = "old/" + nameOf(sides[0]);
     run.newer = "new/" + nameOf(sides[1]);
     run.options = order.options;
-    run.options.push_back(
-        fmt::format("--family={}", familyOfSession(fleet, order.settings.family)));
+    run.options.push_back(fmt::format("--family={}", familyOfSession(fleet, order.settings.family)));
     run.keys = order.settings.keys;
     run.files = filesOf(fleet, run, sides);
     run.identity = identityOf(fleet, order, run);

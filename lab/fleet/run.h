@@ -18,11 +18,11 @@ struct SentFile {
 };
 
 struct FleetRun {
-    std::string identity;              ///< the same for the same files, keys, options, kinds and label
-    std::string folder;                ///< of the run, within that of the fleet
-    std::string stock;                 ///< where files are kept by their SHA-256, for all runs
+    std::string identity;  ///< the same for the same files, keys, options, kinds and label
+    std::string folder;    ///< of the run, within that of the fleet
+    std::string stock;     ///< where files are kept by their SHA-256, for all runs
     std::vector<SentFile> files;
-    std::string older;                 ///< folder of the old libraries, within the run's
+    std::string older;  ///< folder of the old libraries, within the run's
     std::string newer;
     std::vector<std::string> options;  ///< of "compare"
     std::vector<std::string> keys;     ///< of metrig

@@ -51,8 +51,8 @@ std::string head(const FleetRun& run, const Kind& kind, const char* number) {
 
 /// Programs and libraries on the node's own disk, under the same paths when the job runs again.
 std::string broadcast(const FleetRun& run) {
-    std::string text = fmt::format("\nprograms=/tmp/metrig-lab-{}-$session\ntrap 'rm -rf \"$programs\"' EXIT\n",
-                                   run.identity);
+    std::string text = fmt::format(
+        "\nprograms=/tmp/metrig-lab-{}-$session\ntrap 'rm -rf \"$programs\"' EXIT\n", run.identity);
     std::set<std::string> folders;
     std::string copies;
     for (const SentFile& file : run.files) {
@@ -79,16 +79,17 @@ std::string arguments(const FleetRun& run, const Kind& kind) {
             text += fmt::format("ln -sf \"$programs\"/{} .\n", quoted(file.target));
         }
     }
-    return text + fmt::format("lab=$programs/metrig-lab\n"
-                              "\"$lab\" show \"$store\" > /dev/null 2>&1\n"
-                              "if [ $? -ne 2 ]; then\n"
-                              "    set -- resume \"$store\"\n"
-                              "else\n"
-                              "    set -- compare \"$programs\"/{} \"$programs\"/{} --output=\"$store\" \\\n"
-                              "        --metrig=\"$programs/metrig\"{} \\\n"
-                              "        --{}{}\n"
-                              "fi\n\n",
-                              quoted(run.older), quoted(run.newer), options, words(run.keys), words(kind.keys));
+    return text + fmt::format(
+                      "lab=$programs/metrig-lab\n"
+                      "\"$lab\" show \"$store\" > /dev/null 2>&1\n"
+                      "if [ $? -ne 2 ]; then\n"
+                      "    set -- resume \"$store\"\n"
+                      "else\n"
+                      "    set -- compare \"$programs\"/{} \"$programs\"/{} --output=\"$store\" \\\n"
+                      "        --metrig=\"$programs/metrig\"{} \\\n"
+                      "        --{}{}\n"
+                      "fi\n\n",
+                      quoted(run.older), quoted(run.newer), options, words(run.keys), words(kind.keys));
 }
 
 /// A signal ends the wait of bash, not the child.
@@ -128,7 +129,8 @@ std::string arrayScript(const FleetFile& fleet, const FleetRun& run, const Kind&
         .add(kind.wishes);
     return "#!/bin/bash\n" + directives.text() + head(run, kind, "$SLURM_ARRAY_TASK_ID") +
            (fleet.broadcast ? broadcast(run) : "") + arguments(run, kind) +
-           "srun --ntasks=1 --cpus-per-task=\"$SLURM_CPUS_ON_NODE\" --cpu-bind=cores \"$lab\" \"$@\" &\nchild=$!\n" +
+           "srun --ntasks=1 --cpus-per-task=\"$SLURM_CPUS_ON_NODE\" --cpu-bind=cores \"$lab\" \"$@\" "
+           "&\nchild=$!\n" +
            waiting + requeueing;
 }
 
@@ -144,10 +146,11 @@ std::string mergeScript(const FleetFile& fleet, const FleetRun& run) {
         sessions += fmt::format(" {}.{{1..{}}}", kind.name, kind.sessions);
     }
     return "#!/bin/bash\n" + directives.text() +
-           fmt::format("\nrun={}\nstores=()\nfor session in{}; do\n"
-                       "    [ ! -s \"$run/$session.db\" ] || stores+=(\"$run/$session.db\")\ndone\n"
-                       "exec \"$run/metrig-lab\" merge --skip-others \"$run/merged.db\" \"${{stores[@]}}\"\n",
-                       quoted(run.folder), sessions);
+           fmt::format(
+               "\nrun={}\nstores=()\nfor session in{}; do\n"
+               "    [ ! -s \"$run/$session.db\" ] || stores+=(\"$run/$session.db\")\ndone\n"
+               "exec \"$run/metrig-lab\" merge --skip-others \"$run/merged.db\" \"${{stores[@]}}\"\n",
+               quoted(run.folder), sessions);
 }
 
 std::string hostScript(const FleetRun& run, const Kind& kind) {

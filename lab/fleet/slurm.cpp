@@ -42,9 +42,8 @@ std::string asked(const std::vector<std::string>& words) {
         end.output.pop_back();
     }
     if (end.status != 0) {
-        throw std::runtime_error(fmt::format("{}: {}", words.front(),
-                                             end.output.empty() ? fmt::format("status {}", end.status)
-                                                                : end.output));
+        throw std::runtime_error(fmt::format(
+            "{}: {}", words.front(), end.output.empty() ? fmt::format("status {}", end.status) : end.output));
     }
     return end.output;
 }
@@ -159,7 +158,8 @@ class Jobs {
             }
             const double spent = std::chrono::duration<double>(Clock::now() - start).count();
             const Clock::time_point next =
-                Clock::now() + std::chrono::milliseconds(static_cast<int>(1000 * std::clamp(spent / 20, 1.0, 15.0)));
+                Clock::now() +
+                std::chrono::milliseconds(static_cast<int>(1000 * std::clamp(spent / 20, 1.0, 15.0)));
             while (Clock::now() < next) {
                 throwIfInterrupted();
                 std::this_thread::sleep_for(std::chrono::milliseconds(100));
@@ -184,7 +184,8 @@ class Jobs {
 
     /// A controller that does not answer has not forgotten the job.
     static bool isQueued(const std::string& job) {
-        const ProgramEnd end = runProgram({.words = {"squeue", "--noheader", "--jobs=" + job, "--format=%T"}});
+        const ProgramEnd end =
+            runProgram({.words = {"squeue", "--noheader", "--jobs=" + job, "--format=%T"}});
         if (end.status != 0) {
             return end.output.find("Invalid job id") == std::string::npos;
         }

@@ -29,9 +29,9 @@ std::vector<std::string> kindsOfNobody(const std::vector<Kind>& kinds, const std
 /// What the cluster has; std::runtime_error with the words of sinfo.
 std::vector<Node> clusterNodes();
 
-/// Has the sessions that are not finished measured and joined, and, if `waiting`, waits for the end of all. Jobs of this run
-/// that are queued already are waited for. std::runtime_error, with the jobs of this call cancelled, if sbatch
-/// refuses one; Interrupted leaves the jobs at work.
+/// Has the sessions that are not finished measured and joined, and, if `waiting`, waits for the end of all.
+/// Jobs of this run that are queued already are waited for. std::runtime_error, with the jobs of this call
+/// cancelled, if sbatch refuses one; Interrupted leaves the jobs at work.
 void runJobs(const FleetFile& fleet, const FleetRun& run, bool waiting, const Say& say);
 
 }  // namespace lab

@@ -136,7 +136,8 @@ std::string fleetTable(const FleetReport& fleet, bool points, bool colours) {
         return "No session yet.\n";
     }
     const Report& first = fleet.kinds.front().report;
-    std::string text = fmt::format("old: {}\nnew: {}\n", printable(first.older.name), printable(first.newer.name));
+    std::string text =
+        fmt::format("old: {}\nnew: {}\n", printable(first.older.name), printable(first.newer.name));
     if (first.identical) {
         text += "Both are the same to the byte: this compares a build with itself.\n";
     }

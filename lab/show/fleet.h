@@ -25,8 +25,8 @@ double familyOf(const FleetReport& fleet);
 /// The gravest of what the kinds end with.
 ExitStatus exitStatus(const FleetReport& fleet, bool failOnUnsure);
 
-/// Functions by kinds, the worst function first: a line a function, or a point. A sentence on each kind follows.
-/// Lines ended; nothing in it steers a terminal but the colours.
+/// Functions by kinds, the worst function first: a line a function, or a point. A sentence on each kind
+/// follows. Lines ended; nothing in it steers a terminal but the colours.
 std::string fleetTable(const FleetReport& fleet, bool points, bool colours);
 
 inline constexpr const char* fleetJsonSchema = "metrig-lab.fleet";

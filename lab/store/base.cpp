@@ -18,8 +18,8 @@ std::unique_ptr<Database> openBase(const std::string& path, int flags, BaseId id
         throw std::runtime_error(path + ": holds merged sessions; each goes on in its own store");
     }
     if (found != static_cast<std::int64_t>(id)) {
-        throw std::runtime_error(path + (id == BaseId::merged ? ": no merged store of metrig-lab"
-                                                              : ": no store of metrig-lab"));
+        throw std::runtime_error(
+            path + (id == BaseId::merged ? ": no merged store of metrig-lab" : ": no store of metrig-lab"));
     }
     const std::int64_t version = base->number("PRAGMA user_version");
     if (version != StoreVersion) {

@@ -52,8 +52,13 @@ std::string valueOf(const NamedTexts& texts, const std::string& name) {
 Source sourceOf(const std::string& path, int session) {
     Store store = session > 0 ? Store::openSession(path, session) : Store::open(path, false);
     const StoredHead head = store.headWithoutPoints();
-    Source source{path, session, valueOf(head.settings, "session"), valueOf(head.settings, "kind"),
-                  valueOf(head.settings, "margin"), valueOf(head.settings, "finished") == "yes", head.sides};
+    Source source{path,
+                  session,
+                  valueOf(head.settings, "session"),
+                  valueOf(head.settings, "kind"),
+                  valueOf(head.settings, "margin"),
+                  valueOf(head.settings, "finished") == "yes",
+                  head.sides};
     if (source.kind.empty()) {
         source.kind = valueOf(head.machine, "processor");
     }
@@ -153,15 +158,16 @@ class Attached {
 
 /// The columns of the attached file's table but for the session.
 std::string columnsOf(Database& base, const std::string& table) {
-    Statement row(base,
-                  "SELECT group_concat(name, ', ') FROM pragma_table_info(?, 'source') WHERE name <> 'session'");
+    Statement row(
+        base, "SELECT group_concat(name, ', ') FROM pragma_table_info(?, 'source') WHERE name <> 'session'");
     return row.with(table).row() ? row.text(0) : "";
 }
 
 /// With the tables of the attached file, which are thus told in one place.
 void makeTables(Database& base) {
-    base.run("CREATE TABLE session(session INTEGER PRIMARY KEY, identity TEXT NOT NULL UNIQUE, "
-             "kind TEXT NOT NULL)");
+    base.run(
+        "CREATE TABLE session(session INTEGER PRIMARY KEY, identity TEXT NOT NULL UNIQUE, "
+        "kind TEXT NOT NULL)");
     for (const auto& [name, key] : tables) {
         const std::string table = name;
         base.run(("CREATE TABLE main." + table + " AS SELECT 0 AS session, " + columnsOf(base, table) +
@@ -179,10 +185,10 @@ std::optional<int> numberOf(Database& base, const Source& source) {
 
 void copyRows(Database& base, const Source& source, const std::string& table, int number) {
     const std::string columns = columnsOf(base, table);
-    Statement(base, ("INSERT OR IGNORE INTO main." + table + "(session, " + columns + ") SELECT ?, " + columns +
-                     " FROM source." + table + source.where() +
-                     (table == visits ? " ORDER BY pair, point" : ""))
-                        .c_str())
+    Statement(base,
+              ("INSERT OR IGNORE INTO main." + table + "(session, " + columns + ") SELECT ?, " + columns +
+               " FROM source." + table + source.where() + (table == visits ? " ORDER BY pair, point" : ""))
+                  .c_str())
         .with(number)
         .run();
 }
@@ -194,9 +200,10 @@ void checkVisits(Database& base, const Source& source, int number) {
                          "mine.point = its.point WHERE mine.turns <> its.turns OR mine.fresh <> its.fresh")
                             .c_str());
     if (row.with(number).row()) {
-        throw std::runtime_error(source.path + ": holds pair " + std::to_string(row.number(0)) +
-                                 " of a session that is there already, with other turns: two copies of a store "
-                                 "went on apart");
+        throw std::runtime_error(
+            source.path + ": holds pair " + std::to_string(row.number(0)) +
+            " of a session that is there already, with other turns: two copies of a store "
+            "went on apart");
     }
 }
 
@@ -229,9 +236,9 @@ void addSource(Database& base, const Source& source, MergeCount& count) {
     if (isNew || (isWhole && (after > before || source.finished))) {
         for (const auto& [table, key] : tables) {
             if (table != visits) {
-                base.run((std::string("DELETE FROM main.") + table + " WHERE session = " +
-                          std::to_string(*number))
-                             .c_str());
+                base.run(
+                    (std::string("DELETE FROM main.") + table + " WHERE session = " + std::to_string(*number))
+                        .c_str());
                 copyRows(base, source, table, *number);
             }
         }

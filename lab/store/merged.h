@@ -30,9 +30,10 @@ std::vector<MergedSession> mergedSessions(const std::string& path);
 
 /// Adds what the stores hold, plain or merged ones, to the merged store at `path`, which is made if it is not
 /// there. What is there already, by session, pair and point, stays as it is, and of what else is kept of a
-/// session the copy with more pairs counts. std::runtime_error, with nothing written, if a file is no store or
-/// its comparison is another one: of other libraries, with another margin, or on the same kind with other keys.
-/// The same, with all of the stores before it written, for one that holds other turns of a pair that is there.
+/// session the copy with more pairs counts. std::runtime_error, with nothing written, if a file is no store
+/// or its comparison is another one: of other libraries, with another margin, or on the same kind with other
+/// keys. The same, with all of the stores before it written, for one that holds other turns of a pair that is
+/// there.
 MergeCount mergeStores(const std::string& path, const std::vector<std::string>& stores);
 
 /// std::runtime_error if mergeStores could not add a comparison of these sides to `path`, as far as it can be

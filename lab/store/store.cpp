@@ -117,9 +117,8 @@ Store Store::open(const std::string& path, bool writing) {
     }
     LockOwner lock(writing ? new Lock(path) : nullptr);
     // SQLite writes beside a file that a killed process left behind even to read it
-    auto base =
-        openBase(path, access(path.c_str(), W_OK) == 0 ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY,
-                 BaseId::comparison);
+    auto base = openBase(path, access(path.c_str(), W_OK) == 0 ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY,
+                         BaseId::comparison);
     if (writing) {
         base->run("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
     }
@@ -131,7 +130,8 @@ bool Store::isOne(const std::string& path) { return isBase(path, BaseId::compari
 Store Store::openSession(const std::string& path, int session) {
     auto base = openBase(path, SQLITE_OPEN_READONLY, BaseId::merged);
     std::string views;
-    for (Statement row(*base, "SELECT name FROM main.sqlite_master WHERE type = 'table' AND name <> 'session'");
+    for (Statement row(*base,
+                       "SELECT name FROM main.sqlite_master WHERE type = 'table' AND name <> 'session'");
          row.row();) {
         // goes before the table of that name
         views += "CREATE TEMP VIEW " + row.text(0) + " AS SELECT * FROM main." + row.text(0) +

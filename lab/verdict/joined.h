@@ -18,9 +18,9 @@ struct Joined {
 /// that can tell, if no other says something else. Sessions that contradict each other make it unsure
 /// (Reason::repeated), a crash or a status that differs in any of them too.
 ///
-/// Pairs are not pooled. Each session has decided by its own plan, and a false word of the whole needs a false
-/// word of one session at least, so the bounds of the sessions add up to that of the whole, however they
-/// depend on each other.
+/// Pairs are not pooled. Each session has decided by its own plan, and a false word of the whole needs a
+/// false word of one session at least, so the bounds of the sessions add up to that of the whole, however
+/// they depend on each other.
 Joined joined(std::span<const Decision> sessions);
 
 }  // namespace lab
