@@ -132,7 +132,7 @@ class Cluster:
         key.touch(mode=0o600)
         key.write_bytes(os.urandom(128))
         self.spawn("munged", "--foreground", "--force", f"--socket={self.folder}/munge.socket", f"--key-file={key}",
-                   f"--pid-file={self.folder}/munged.pid", f"--seed-file={self.folder}/munged.seed")
+                   f"--pid-file={self.folder}/munged.pid", f"--seed-file={self.folder}/munged.seed", "--num-threads=10")
         self.until(lambda: (self.folder / "munge.socket").exists(), "munged")
         self.spawn("slurmctld", "-D", "-f", str(configuration))
         for name in self.started:
