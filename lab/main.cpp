@@ -24,8 +24,8 @@ int runCommandLine(int argc, char** argv) {
     app.set_version_flag("--version", fmt::format("metrig-lab {}", labVersion));
     app.require_subcommand(1);
     app.footer(lab::statusHelp);
-    for (const auto add :
-         {lab::addCompare, lab::addResume, lab::addShow, lab::addExport, lab::addFleet, lab::addMerge}) {
+    for (const auto add : {lab::addCompare, lab::addResume, lab::addShow, lab::addExport, lab::addPage,
+                           lab::addFleet, lab::addMerge}) {
         add(app, line);
     }
     try {

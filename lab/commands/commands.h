@@ -12,5 +12,6 @@ void addShow(CLI::App& app, CommandLine& line);
 void addExport(CLI::App& app, CommandLine& line);
 void addFleet(CLI::App& app, CommandLine& line);
 void addMerge(CLI::App& app, CommandLine& line);
+void addPage(CLI::App& app, CommandLine& line);
 
 }  // namespace lab

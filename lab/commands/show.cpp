@@ -1,33 +1,49 @@
-/// metrig-lab show: the table of a kept comparison.
+/// metrig-lab show: a kept comparison, or a table that metrig wrote, for people.
 
+#include <fmt/core.h>
+
+#include <cstdio>
 #include <memory>
 
 #include "commands/commands.h"
 #include "commands/guard.h"
 #include "commands/showing.h"
+#include "commands/source.h"
+#include "show/results.h"
 
 namespace lab {
 
 namespace {
 
 struct Options {
-    std::string store;
+    Source source;
     std::string kind;
     Showing showing;
 };
 
+int run(const Options& options) {
+    const Showing& showing = options.showing;
+    if (isStore(options.source.file)) {
+        return showStore(options.source.file, showing, options.kind);
+    }
+    if (showing.failOnUnsure || !showing.style.only.empty()) {
+        return complain("a table of results has no verdicts", exitUse);
+    }
+    fmt::print("{}", table(tableOf(options.source), showing.style.points));
+    return std::fflush(stdout) == 0 ? 0 : complain("can't write the table", exitUse);
+}
+
 }  // namespace
 
 void addShow(CLI::App& app, CommandLine& line) {
-    CLI::App& command = *app.add_subcommand("show", "Shows a comparison, finished or not");
+    CLI::App& command =
+        *app.add_subcommand("show", "Shows a comparison, finished or not, or a table of metrig");
     const auto options = std::make_shared<Options>();
-    command.add_option("run.db", options->store, "the kept comparison, or a merged store")->required();
+    addSource(command, options->source);
     command.add_option("--kind", options->kind, "this kind alone, of a merged store");
     addShowing(command, options->showing);
-    onCommand(command, line, Keys::none, [options] {
-        return guarded(options->store,
-                       [&] { return showStore(options->store, options->showing, options->kind); });
-    });
+    onCommand(command, line, Keys::none,
+              [options] { return guarded(options->source.file, [&] { return run(*options); }); });
 }
 
 }  // namespace lab

@@ -5,6 +5,9 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <map>
+#include <string>
+#include <vector>
 
 #include "commands/guard.h"
 #include "compare/fleetreport.h"
@@ -15,6 +18,22 @@ namespace lab {
 
 void addShowing(CLI::App& command, Showing& showing) {
     command.add_flag("--points", showing.style.points, "a line a point, not a function");
+    const std::map<std::string, Verdict> verdicts{{"slower", Verdict::slower},
+                                                  {"faster", Verdict::faster},
+                                                  {"same", Verdict::same},
+                                                  {"unsure", Verdict::unsure}};
+    command
+        .add_option_function<std::vector<std::string>>(
+            "--only",
+            [&showing, verdicts](const std::vector<std::string>& words) {
+                for (const std::string& word : words) {
+                    showing.style.only.insert(verdicts.at(word));
+                }
+            },
+            "points of these verdicts alone: slower,faster,same,unsure")
+        ->delimiter(',')
+        ->allow_extra_args(false)
+        ->check(CLI::IsMember(verdicts));
     command
         .add_option_function<std::string>(
             "--fail-on", [&showing](const std::string&) { showing.failOnUnsure = true; },

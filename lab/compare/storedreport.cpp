@@ -1,9 +1,11 @@
 #include "compare/storedreport.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "compare/evidence.h"
 #include "compare/settings.h"
+#include "verdict/states.h"
 
 namespace lab {
 
@@ -98,7 +100,12 @@ Report reportOf(Store& store) {
                     fates[0],
                     fates[1],
                     stored.marks};
-        setClocks(point, evidence.pairs(i));
+        const std::vector<Pair> pairs = evidence.pairs(i);
+        setClocks(point, pairs);
+        if (const std::optional<Side> side = onlyFastSide(pairs)) {
+            point.marks.emplace_back(*side == Side::older ? "fast state reached by old only"
+                                                          : "fast state reached by new only");
+        }
         report.points.push_back(std::move(point));
     }
     return report;

@@ -1,23 +1,23 @@
 #include "show/json.h"
 
-#include <cmath>
 #include <nlohmann/json.hpp>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "show/figures.h"
+#include "show/results.h"
 
 namespace lab {
 namespace {
 
 using Json = nlohmann::ordered_json;
 
-/// A figure to so many decimals, which is more than it is worth; null where there is none.
-Json figure(double value, int decimals) {
-    const double unit = std::pow(10.0, decimals);
-    return std::isfinite(value) ? Json(std::round(value * unit) / unit) : Json(nullptr);
-}
+Json orNull(std::optional<double> value) { return value ? Json(*value) : Json(nullptr); }
 
-Json ratio(double logRatio) { return figure(std::isfinite(logRatio) ? std::exp(logRatio) : logRatio, 6); }
-
-/// Figures of which 0 says that they were not measured.
-Json clocks(double value) { return value > 0 ? figure(value, 4) : Json(nullptr); }
+Json figure(double value, int decimals) { return orNull(rounded(value, decimals)); }
+Json ratio(double logRatio) { return orNull(ratioFigure(logRatio)); }
+Json clocks(double value) { return orNull(clocksFigure(value)); }
 
 Json text(std::string_view value) { return value.empty() ? Json(nullptr) : Json(value); }
 
@@ -53,13 +53,17 @@ Json ratioOf(const Decision& decision) {
     return Json::array({ratio(decision.interval.low), middle, ratio(decision.interval.high)});
 }
 
-Json toJson(const Point& point) {
-    Json parameters = Json::object();
-    for (const auto& [name, value] : point.parameters) {
-        parameters[name] = value;
+Json objectOf(const std::vector<std::pair<std::string, std::string>>& parameters) {
+    Json object = Json::object();
+    for (const auto& [name, value] : parameters) {
+        object[name] = value;
     }
+    return object;
+}
+
+Json toJson(const Point& point) {
     return {{"function", point.function},
-            {"parameters", parameters},
+            {"parameters", objectOf(point.parameters)},
             {"unit", point.unit},
             {"divisor", point.divisor},
             {"verdict", word(point.decision.verdict)},
@@ -81,30 +85,77 @@ Json toJson(const Counts& counts) {
             {"crashed", counts.crashed}};
 }
 
+Json textsOf(const ResultRun& run, std::string_view name) {
+    Json texts = Json::array();
+    for (const auto& [its, value] : run) {
+        if (its == name) {
+            texts.push_back(value);
+        }
+    }
+    return texts;
+}
+
+Json toJson(const ResultRun& run) {
+    return {{"processor", text(titleOf(run, "CPU"))},
+            {"system", text(titleOf(run, "OS"))},
+            {"computer", text(titleOf(run, "Computer"))},
+            {"libraries", textsOf(run, "Library")},
+            {"start", text(titleOf(run, "Start"))}};
+}
+
+Json toJson(const ResultRow& row) {
+    return {{"run", row.run},
+            {"function", row.function},
+            {"parameters", objectOf(row.parameters)},
+            {"unit", text(row.unit)},
+            {"clocks", orNull(row.clocks)},
+            {"microseconds", orNull(row.microseconds)},
+            {"mflops", orNull(row.mflops)},
+            {"calls", orNull(callsOf(row))},
+            {"comment", text(row.comment)},
+            {"hot", row.hot}};
+}
+
+template <class Items>
+Json arrayOf(const Items& items) {
+    Json array = Json::array();
+    for (const auto& item : items) {
+        array.push_back(toJson(item));
+    }
+    return array;
+}
+
+std::string documentOf(const Json& json) {
+    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
 }  // namespace
 
 std::string json(const Report& report, ExitStatus exit) {
-    Json points = Json::array();
-    for (const Point& point : report.points) {
-        points.push_back(toJson(point));
-    }
-    const Json document{{"schema", jsonSchema},
-                        {"version", jsonVersion},
-                        {"sides", {{"old", toJson(report.older)}, {"new", toJson(report.newer)}}},
-                        {"identical", report.identical},
-                        {"machine", toJson(report.machine)},
-                        {"margin", report.margin},
-                        {"family", report.family},
-                        {"seed", report.seed},
-                        {"seconds", figure(report.seconds, 3)},
-                        {"finished", report.finished},
-                        {"warnings", report.warnings},
-                        {"points", points},
-                        {"onlyOld", report.onlyOlder},
-                        {"onlyNew", report.onlyNewer},
-                        {"summary", toJson(count(report.points))},
-                        {"exit", static_cast<int>(exit)}};
-    return document.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    return documentOf({{"schema", jsonSchema},
+                       {"version", jsonVersion},
+                       {"sides", {{"old", toJson(report.older)}, {"new", toJson(report.newer)}}},
+                       {"identical", report.identical},
+                       {"machine", toJson(report.machine)},
+                       {"margin", report.margin},
+                       {"family", report.family},
+                       {"seed", report.seed},
+                       {"seconds", figure(report.seconds, 3)},
+                       {"finished", report.finished},
+                       {"warnings", report.warnings},
+                       {"points", arrayOf(report.points)},
+                       {"onlyOld", report.onlyOlder},
+                       {"onlyNew", report.onlyNewer},
+                       {"summary", toJson(count(report.points))},
+                       {"exit", static_cast<int>(exit)}});
+}
+
+std::string json(const ResultTable& table) {
+    return documentOf({{"schema", jsonTableSchema},
+                       {"version", jsonTableVersion},
+                       {"runs", arrayOf(table.runs)},
+                       {"points", arrayOf(table.rows)},
+                       {"warnings", table.warnings}});
 }
 
 }  // namespace lab

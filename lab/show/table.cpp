@@ -50,44 +50,6 @@ bool wanted(const Point& point, const TableStyle& style) {
     return style.only.empty() || style.only.contains(point.decision.verdict);
 }
 
-std::string countsText(const Counts& counts) {
-    std::string text;
-    const auto add = [&](int number, std::string_view what) {
-        if (number > 0) {
-            text += fmt::format("{}{} {}", text.empty() ? "" : ", ", number, what);
-        }
-    };
-    add(counts.slower, "slower");
-    add(counts.faster, "faster");
-    add(counts.unsure, "unsure");
-    add(counts.same, "same");
-    return text;
-}
-
-/// What stands after the parameters of a point: what became of it, and its marks.
-std::string remarks(const Point& point) {
-    std::string text;
-    const auto fate = [&](std::string_view side, const Fate& its) {
-        if (!its.death.empty()) {
-            text += fmt::format(" ({}: {})", side, printable(its.death));
-        } else if (point.decision.reason == Reason::status) {
-            text += fmt::format(" ({}: status {})", side, its.status);
-        }
-    };
-    fate("old", point.olderFate);
-    fate("new", point.newerFate);
-    for (const std::string& mark : point.marks) {
-        text += fmt::format(" ({})", printable(mark));
-    }
-    return text;
-}
-
-/// Clocks of one call of both builds.
-std::string clocksText(const Point& point) {
-    const auto figure = [](double clocks) { return clocks > 0 ? fmt::format("{:.2f}", clocks) : "?"; };
-    return figure(point.older) + " -> " + figure(point.newer);
-}
-
 using Cells = std::array<std::string, 7>;
 constexpr std::size_t verdictCell = 1;
 
@@ -100,11 +62,10 @@ Cells headCells(const TableStyle& style) {
 
 Cells cellsOf(const TableLine& line, const TableStyle& style) {
     const Decision& decision = line.point->decision;
-    const bool bounded = std::isfinite(decision.interval.low);
     return {printable(line.point->function),
             verdictText(decision),
             decision.pairs > 0 ? change(decision.interval.middle) : "?",
-            bounded ? change(decision.interval.low) + " .. " + change(decision.interval.high) : "?",
+            intervalText(decision.interval),
             style.points ? change(decision.smallest) : countsText(line.counts),
             style.points ? clocksText(*line.point) : "",
             printable(parameterText(*line.point)) + remarks(*line.point)};
@@ -283,10 +244,52 @@ std::string change(double logRatio) {
     return fmt::format("{:+.{}f}%", none ? 0 : percent, std::abs(percent) < 100 ? 2 : 0);
 }
 
-std::string parameterText(const Point& point) {
+std::string parameterText(const Point& point) { return parameterText(point.parameters); }
+
+std::string parameterText(const std::vector<std::pair<std::string, std::string>>& parameters) {
     std::string text;
-    for (const auto& [name, value] : point.parameters) {
+    for (const auto& [name, value] : parameters) {
         text += fmt::format("{}{}={}", text.empty() ? "" : " ", name, value);
+    }
+    return text;
+}
+
+std::string countsText(const Counts& counts) {
+    std::string text;
+    const auto add = [&](int number, std::string_view what) {
+        if (number > 0) {
+            text += fmt::format("{}{} {}", text.empty() ? "" : ", ", number, what);
+        }
+    };
+    add(counts.slower, "slower");
+    add(counts.faster, "faster");
+    add(counts.unsure, "unsure");
+    add(counts.same, "same");
+    return text;
+}
+
+std::string clocksText(const Point& point) {
+    const auto figure = [](double clocks) { return clocks > 0 ? fmt::format("{:.2f}", clocks) : "?"; };
+    return figure(point.older) + " -> " + figure(point.newer);
+}
+
+std::string intervalText(const Interval& interval) {
+    return std::isfinite(interval.low) ? change(interval.low) + " .. " + change(interval.high) : "?";
+}
+
+std::string remarks(const Point& point) {
+    std::string text;
+    const auto fate = [&](std::string_view side, const Fate& its) {
+        if (!its.death.empty()) {
+            text += fmt::format(" ({}: {})", side, printable(its.death));
+        } else if (point.decision.reason == Reason::status) {
+            text += fmt::format(" ({}: status {})", side, its.status);
+        }
+    };
+    fate("old", point.olderFate);
+    fate("new", point.newerFate);
+    for (const std::string& mark : point.marks) {
+        text += fmt::format(" ({})", printable(mark));
     }
     return text;
 }

@@ -5,6 +5,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "show/report.h"
@@ -50,5 +51,19 @@ std::string change(double logRatio);
 
 /// The parameters of a point as "name=value name=value".
 std::string parameterText(const Point& point);
+std::string parameterText(const std::vector<std::pair<std::string, std::string>>& parameters);
+
+/// "2 slower, 1 same"; empty where there are none.
+std::string countsText(const Counts& counts);
+
+/// The clocks of one call of both builds: "100.00 -> 102.50".
+std::string clocksText(const Point& point);
+
+/// "-0.20% .. +0.30%"; "?" where it has no ends.
+std::string intervalText(const Interval& interval);
+
+/// What became of the point, and its marks: " (new: SIGSEGV) (same machine code)"; empty where there is
+/// nothing.
+std::string remarks(const Point& point);
 
 }  // namespace lab

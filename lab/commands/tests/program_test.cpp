@@ -45,6 +45,7 @@ class Program : public testing::Test {
     }
 
     TestFolder m_folder;
+    const std::string m_table = METRIG_SOURCE_DIR "/lab/results/tests/added.csv";
     const std::string m_fake = " --metrig " LAB_FAKE_INSTRUMENT " --no-wait --epochs 3 ";
 };
 
@@ -68,6 +69,16 @@ TEST_F(Program, StatusesAndWords) {
         {"compare a c" + m_fake, 5, "exited with status 3"},
         {"show metrig-lab.db", 5, "exited with status 3"},
         {"export metrig-lab.db --json", 0, "\"verdict\": \"same\""},
+        {"export metrig-lab.db", 2, "option"},
+        {"export metrig-lab.db --json --csv", 2, "option"},
+        {"export metrig-lab.db --csv -o ./metrig-lab.db", 2, "is what is to be exported"},
+        {"export metrig-lab.db --csv -o nowhere/x", 2, "nowhere/x: can't be written"},
+        {"export a/" + std::string(libraryObjects[0]) + " --csv", 2, ": line 1: a byte of 0"},
+        {"export a --csv", 2, "a: can't be read"},
+        {"show metrig-lab.db --only faster,same", 5, "F1"},
+        {"show metrig-lab.db --only bad", 2, "bad"},
+        {"show " + m_table + " --only same", 2, "no verdicts"},
+        {"show " + m_table, 0, "20 results of 5 functions, of 2 runs."},
         {"resume metrig-lab.db -- -j5", 2, "no keys"},
         {"show nothing.db", 2, "nothing.db"},
         {"compare a b --pairs 2 --fail-on unsure" + m_fake, 3, "cannot be told"},
@@ -77,6 +88,22 @@ TEST_F(Program, StatusesAndWords) {
         EXPECT_EQ(outcome.status, row.status) << row.arguments << "\n" << outcome.output;
         EXPECT_NE(outcome.output.find(row.words), std::string::npos) << row.arguments << "\n"
                                                                      << outcome.output;
+    }
+}
+
+TEST_F(Program, OtherProgramsReadWhatIsExported) {
+    ASSERT_EQ(lab("compare a b" + m_fake).status, 1);
+    for (const std::string& source : {std::string("metrig-lab.db"), m_table}) {
+        for (const char* format : {"json", "csv", "markdown"}) {
+            const Outcome outcome = lab("export " + source + " --" + format + " -o out." + format);
+            EXPECT_EQ(outcome.status, 0) << outcome.output;
+        }
+        const Outcome outcome =
+            shell("cd " + m_folder.path("") +
+                  "; python3 " METRIG_SOURCE_DIR "/lab/commands/tests/check_formats.py " METRIG_SOURCE_DIR
+                  "/docs/schemas out.json out.csv");
+        EXPECT_EQ(outcome.status, 0) << outcome.output;
+        EXPECT_TRUE(outcome.output.starts_with("checked ")) << outcome.output;
     }
 }
 

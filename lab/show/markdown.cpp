@@ -1,0 +1,193 @@
+#include "show/markdown.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
+#include "show/results.h"
+#include "show/table.h"
+
+namespace lab {
+namespace {
+
+/// A comment of a pull request holds some 65,000 characters.
+constexpr std::size_t mostFolded = 200;
+constexpr std::size_t mostLines = 100;
+
+/// Text that stands for itself. A code span would end at a back-tick, a cell at a bar, wherever they stand.
+std::string code(std::string_view text) {
+    const std::string plain = printable(text);
+    if (plain.find_first_of("`|") == std::string::npos && !plain.empty()) {
+        return "`" + plain + "`";
+    }
+    std::string entities;
+    for (const char c : plain) {
+        const bool isMarkup = std::string_view("`|*_\\[]<>&~\"'!:@#").find(c) != std::string_view::npos;
+        entities += isMarkup ? fmt::format("&#{};", static_cast<int>(c)) : std::string(1, c);
+    }
+    return "<code>" + entities + "</code>";
+}
+
+using Cells = std::vector<std::string>;
+
+std::string lineOf(const Cells& cells) {
+    std::string line = "|";
+    for (const std::string& cell : cells) {
+        line += " " + cell + " |";
+    }
+    return line + "\n";
+}
+
+/// The head of a table; names that end in a blank are those of figures, which stand to the right.
+std::string headOf(const Cells& names) {
+    Cells rules;
+    for (const std::string& name : names) {
+        rules.push_back(name.ends_with(' ') ? "--:" : "---");
+    }
+    return "\n" + lineOf(names) + lineOf(rules);
+}
+
+std::string folded(std::string_view summary, const std::string& text) {
+    return fmt::format("\n<details><summary>{}</summary>\n{}\n</details>\n", summary, text);
+}
+
+/// At most so many of the lines, and how many there are more.
+template <class Items, class ToLine>
+std::string linesOf(const Items& items, std::size_t most, ToLine&& toLine) {
+    std::string text;
+    for (std::size_t i = 0; i < std::min(most, items.size()); ++i) {
+        text += toLine(items[i]);
+    }
+    return items.size() > most ? text + fmt::format("\nand {} more.\n", items.size() - most) : text;
+}
+
+bool differs(const TableLine& line) {
+    const Decision& decision = line.point->decision;
+    return decision.verdict == Verdict::slower || decision.verdict == Verdict::faster ||
+           decision.reason == Reason::crash;
+}
+
+std::string pointText(const Point& point) {
+    const std::string text = parameterText(point);
+    const std::string more = remarks(point);
+    return (text.empty() ? "" : code(text)) + (more.empty() ? "" : " " + code(more.substr(1)));
+}
+
+std::string changeText(const Decision& decision) {
+    return decision.pairs > 0 ? change(decision.interval.middle) : "?";
+}
+
+std::string verdictCell(const Decision& decision) {
+    const std::string text = verdictText(decision);
+    return decision.verdict == Verdict::slower ? "**" + text + "**" : text;
+}
+
+std::string functionLine(const TableLine& line) {
+    const Decision& decision = line.point->decision;
+    return lineOf({code(line.point->function), verdictCell(decision), changeText(decision),
+                   intervalText(decision.interval), countsText(line.counts), pointText(*line.point)});
+}
+
+std::string pointLine(const TableLine& line) {
+    const Decision& decision = line.point->decision;
+    return lineOf({code(line.point->function), pointText(*line.point), verdictCell(decision),
+                   changeText(decision), intervalText(decision.interval), clocksText(*line.point)});
+}
+
+std::string changed(const std::vector<TableLine>& lines) {
+    if (lines.empty()) {
+        return "";
+    }
+    return headOf({"function", "verdict", "change ", "interval", "points", "rests on"}) +
+           linesOf(lines, mostLines, functionLine);
+}
+
+/// The functions without a difference, counted.
+std::string rest(const std::vector<TableLine>& lines) {
+    if (lines.empty()) {
+        return "";
+    }
+    Counts counts;
+    for (const TableLine& line : lines) {
+        counts.same += line.counts.same;
+        counts.unsure += line.counts.unsure;
+    }
+    return fmt::format("\n{} function{} without a known difference: {}.\n", lines.size(),
+                       lines.size() == 1 ? "" : "s", countsText(counts));
+}
+
+std::string pointsThatAreNotSame(const Report& report) {
+    const TableStyle style{
+        .points = true, .only = {Verdict::slower, Verdict::faster, Verdict::unsure}, .colours = false};
+    const std::vector<TableLine> lines = tableLines(report, style);
+    if (lines.empty()) {
+        return "";
+    }
+    return folded(fmt::format("{} points that differ or cannot be told", lines.size()),
+                  headOf({"function", "point", "verdict", "change ", "interval", "clocks of one call"}) +
+                      linesOf(lines, mostFolded, pointLine));
+}
+
+std::string item(std::string_view name, std::string_view text) {
+    return text.empty() ? "" : fmt::format("- {}: {}\n", name, code(text));
+}
+
+std::string circumstances(const Report& report) {
+    const Machine& machine = report.machine;
+    std::string text = "\n" + item("old", report.older.name) + item("keys of old", report.older.keys) +
+                       item("new", report.newer.name) + item("keys of new", report.newer.keys) +
+                       item("processor", machine.processor) + item("kernel", machine.kernel) +
+                       item("hypervisor", machine.hypervisor) +
+                       fmt::format("- {} bits, core {}, {} MHz, {:.1f} s, seed {}\n", machine.bits,
+                                   machine.core, machine.mhz, report.seconds, report.seed);
+    if (report.identical) {
+        text += "- both builds are the same to the byte\n";
+    }
+    const auto listed = [&](std::string_view name, const std::vector<std::string>& items) {
+        text += linesOf(items, mostLines, [&](const std::string& its) { return item(name, its); });
+    };
+    listed("warning", report.warnings);
+    listed("old only", report.onlyOlder);
+    listed("new only", report.onlyNewer);
+    return folded("Builds and machine", text);
+}
+
+std::string functionResultsLine(const FunctionResults& function) {
+    return lineOf({code(function.function), std::to_string(function.count), figureText(function.least),
+                   figureText(function.most), code(function.unit)});
+}
+
+std::string resultLine(const ResultRow& row) {
+    return lineOf({code(row.function), code(parameterText(row.parameters)), figureText(row.clocks),
+                   code(row.unit), figureText(row.microseconds)});
+}
+
+}  // namespace
+
+std::string markdown(const Report& report) {
+    std::vector<TableLine> lines = tableLines(report, {});
+    const auto same = std::stable_partition(lines.begin(), lines.end(), differs);
+    const std::vector<TableLine> others(same, lines.end());
+    lines.erase(same, lines.end());
+    return "**" + sentence(report) + "**\n" + changed(lines) + rest(others) + pointsThatAreNotSame(report) +
+           circumstances(report);
+}
+
+std::string markdown(const ResultTable& table) {
+    std::string text = "**" + sentence(table) + "**\n" +
+                       headOf({"function", "results ", "least clocks ", "most ", "per"}) +
+                       linesOf(functionsOf(table), mostLines, functionResultsLine);
+    text += folded("All results", headOf({"function", "point", "clocks ", "per", "usec "}) +
+                                      linesOf(table.rows, mostFolded, resultLine));
+    std::string runs = "\n";
+    for (const ResultRun& run : table.runs) {
+        for (const auto& [name, value] : run) {
+            runs += item(name, value);
+        }
+    }
+    return text + folded("Runs", runs);
+}
+
+}  // namespace lab

@@ -1,0 +1,123 @@
+#include "show/results.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <map>
+#include <utility>
+
+#include "show/table.h"
+
+namespace lab {
+namespace {
+
+using Cells = std::array<std::string, 6>;
+/// The first cell and the last are texts, those between are figures and stand to the right.
+constexpr std::size_t lastCell = std::tuple_size_v<Cells> - 1;
+
+std::string aligned(const std::vector<Cells>& rows) {
+    std::array<std::size_t, std::tuple_size_v<Cells>> widths{};
+    for (const Cells& cells : rows) {
+        for (std::size_t i = 0; i < cells.size(); ++i) {
+            widths[i] = std::max(widths[i], cells[i].size());
+        }
+    }
+    std::string text;
+    for (const Cells& cells : rows) {
+        std::string line = fmt::format("{:{}}", cells[0], widths[0]);
+        for (std::size_t i = 1; i < lastCell; ++i) {
+            line += widths[i] > 0 ? fmt::format("  {:>{}}", cells[i], widths[i]) : "";
+        }
+        line += "  " + cells[lastCell];
+        text += line.substr(0, line.find_last_not_of(' ') + 1) + "\n";
+    }
+    return text;
+}
+
+std::vector<Cells> functionRows(const ResultTable& results) {
+    std::vector<Cells> rows{{"function", "results", "least clocks", "most", "", "per"}};
+    for (const FunctionResults& function : functionsOf(results)) {
+        rows.push_back({printable(function.function), std::to_string(function.count),
+                        figureText(function.least), figureText(function.most), "", printable(function.unit)});
+    }
+    return rows;
+}
+
+std::vector<Cells> resultRows(const ResultTable& results) {
+    std::vector<Cells> rows{{"function", "clocks", "per", "usec", "calls", "point"}};
+    for (const ResultRow& row : results.rows) {
+        rows.push_back({printable(row.function), figureText(row.clocks), printable(row.unit),
+                        figureText(row.microseconds), figureText(callsOf(row)),
+                        printable(parameterText(row.parameters)) + (row.hot ? " (hot)" : "")});
+    }
+    return rows;
+}
+
+}  // namespace
+
+std::string figureText(std::optional<double> value) { return value ? fmt::format("{}", *value) : "?"; }
+
+std::optional<double> callsOf(const ResultRow& row) {
+    for (const std::string_view name : {"nLps=", "nCalls="}) {
+        const std::size_t at = row.comment.find(name);
+        double calls = 0;
+        if (at != std::string::npos) {
+            const char* const end = row.comment.data() + row.comment.size();
+            if (std::from_chars(row.comment.data() + at + name.size(), end, calls).ec == std::errc()) {
+                return calls;
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+std::string titleOf(const ResultRun& run, std::string_view name) {
+    std::string text;
+    for (const auto& [its, value] : run) {
+        text += its == name ? (text.empty() ? "" : "; ") + value : "";
+    }
+    return text;
+}
+
+std::vector<FunctionResults> functionsOf(const ResultTable& table) {
+    std::vector<FunctionResults> functions;
+    using Key = std::pair<std::string_view, std::string_view>;
+    std::map<Key, std::size_t> known;
+    for (const ResultRow& row : table.rows) {
+        const auto [at, isNew] = known.emplace(Key(row.function, row.unit), functions.size());
+        if (isNew) {
+            functions.push_back({row.function, row.unit, 0, std::nullopt, std::nullopt});
+        }
+        FunctionResults& function = functions[at->second];
+        ++function.count;
+        if (row.clocks) {
+            function.least = std::min(*row.clocks, function.least.value_or(*row.clocks));
+            function.most = std::max(*row.clocks, function.most.value_or(*row.clocks));
+        }
+    }
+    return functions;
+}
+
+std::string sentence(const ResultTable& table) {
+    const auto plural = [](std::size_t number, std::string_view what) {
+        return fmt::format("{} {}{}", number, what, number == 1 ? "" : "s");
+    };
+    return fmt::format("{} of {}, of {}.", plural(table.rows.size(), "result"),
+                       plural(functionsOf(table).size(), "function"), plural(table.runs.size(), "run"));
+}
+
+std::string table(const ResultTable& results, bool points) {
+    std::string text;
+    for (const ResultRun& run : results.runs) {
+        for (const auto& [name, value] : run) {
+            text += fmt::format("{}: {}\n", name, printable(value));
+        }
+        text += "\n";
+    }
+    return text + aligned(points ? resultRows(results) : functionRows(results)) + "\n" + sentence(results) +
+           "\n";
+}
+
+}  // namespace lab
