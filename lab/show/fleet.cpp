@@ -8,50 +8,24 @@
 #include <nlohmann/json.hpp>
 
 #include "show/json.h"
-#include "show/table.h"
 
 namespace lab {
 
 namespace {
 
-/// A function, or a point, on all kinds.
-struct FleetLine {
-    std::string name;
-    std::vector<TableLine> ofKinds;  ///< without a point where the kind does not have it
-    const TableLine* worst = nullptr;
-};
-
 std::string nameOf(const Point& point, bool points) {
     return printable(points ? point.function + " " + parameterText(point) : point.function);
 }
 
-std::vector<FleetLine> linesOf(const FleetReport& fleet, bool points) {
-    TableStyle style;
-    style.points = points;
-    std::map<std::string, FleetLine> byName;
-    for (std::size_t kind = 0; kind < fleet.kinds.size(); ++kind) {
-        for (const TableLine& line : tableLines(fleet.kinds[kind].report, style)) {
-            FleetLine& known = byName[nameOf(*line.point, points)];
-            known.ofKinds.resize(fleet.kinds.size());
-            known.ofKinds[kind] = line;
+/// What the function has on the kind where it stands worst.
+const TableLine& worstOf(const FleetLine& line) {
+    const TableLine* worst = nullptr;
+    for (const TableLine& one : line.ofKinds) {
+        if (one.point != nullptr && (worst == nullptr || isWorse(one, *worst))) {
+            worst = &one;
         }
     }
-    std::vector<FleetLine> lines;
-    for (auto& [name, line] : byName) {
-        line.name = name;
-        lines.push_back(std::move(line));
-    }
-    for (FleetLine& line : lines) {
-        for (const TableLine& one : line.ofKinds) {
-            if (one.point != nullptr && (line.worst == nullptr || isWorse(one, *line.worst))) {
-                line.worst = &one;
-            }
-        }
-    }
-    std::stable_sort(lines.begin(), lines.end(), [](const FleetLine& one, const FleetLine& other) {
-        return isWorse(*one.worst, *other.worst);
-    });
-    return lines;
+    return *worst;
 }
 
 std::string cellOf(const TableLine& line) {
@@ -68,7 +42,7 @@ std::string withoutBlanksAtEnd(const std::string& line) {
 }
 
 std::string rows(const FleetReport& fleet, bool points, bool colours) {
-    const std::vector<FleetLine> lines = linesOf(fleet, points);
+    const std::vector<FleetLine> lines = fleetLines(fleet, points);
     std::size_t nameWidth = 8;
     std::vector<std::size_t> widths;
     for (const KindReport& kind : fleet.kinds) {
@@ -110,6 +84,28 @@ std::string kindText(const KindReport& kind) {
 }
 
 }  // namespace
+
+std::vector<FleetLine> fleetLines(const FleetReport& fleet, bool points) {
+    TableStyle style;
+    style.points = points;
+    std::map<std::string, FleetLine> byName;
+    for (std::size_t kind = 0; kind < fleet.kinds.size(); ++kind) {
+        for (const TableLine& line : tableLines(fleet.kinds[kind].report, style)) {
+            FleetLine& known = byName[nameOf(*line.point, points)];
+            known.ofKinds.resize(fleet.kinds.size());
+            known.ofKinds[kind] = line;
+        }
+    }
+    std::vector<FleetLine> lines;
+    for (auto& [name, line] : byName) {
+        line.name = name;
+        lines.push_back(std::move(line));
+    }
+    std::stable_sort(lines.begin(), lines.end(), [](const FleetLine& one, const FleetLine& other) {
+        return isWorse(worstOf(one), worstOf(other));
+    });
+    return lines;
+}
 
 double familyOf(const FleetReport& fleet) {
     double family = 0.0;

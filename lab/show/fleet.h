@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "show/report.h"
+#include "show/table.h"
 
 namespace lab {
 
@@ -18,6 +19,15 @@ struct KindReport {
 struct FleetReport {
     std::vector<KindReport> kinds;
 };
+
+/// A function, or a point, on all kinds.
+struct FleetLine {
+    std::string name;                ///< nothing in it steers a terminal
+    std::vector<TableLine> ofKinds;  ///< in their order; without a point where the kind does not have it
+};
+
+/// The worst first. It points into the reports.
+std::vector<FleetLine> fleetLines(const FleetReport& fleet, bool points);
 
 /// Probability of a false "slower" or "faster" anywhere on any kind, at most: the sum over the kinds.
 double familyOf(const FleetReport& fleet);
