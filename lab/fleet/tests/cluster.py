@@ -48,7 +48,7 @@ SelectTypeParameters=CR_Core
 SchedulerParameters=batch_sched_delay=0,sched_interval=1,bf_interval=1
 ReturnToService=2
 KillWait=2
-SlurmdTimeout=10
+SlurmdTimeout=3
 MailProg=/bin/true
 """
 
@@ -151,15 +151,16 @@ class Cluster:
 
     def lose_node(self, name):
         """As a power failure would: the daemon and its jobs are gone at once."""
-        # the jobs are no children of the daemon any more
-        for child in children_of(os.getpid()):
-            with contextlib.suppress(OSError):
-                environment = pathlib.Path(f"/proc/{child}/environ").read_bytes()
-                if f"SLURMD_NODENAME={name}\0".encode() in environment:
-                    kill_all_of(child)
         daemon = self.daemons.pop(f"slurmd-{name}")
         kill_all_of(daemon.pid)
         daemon.wait()
+        # its steps are children of this process by now; the sockets in its folder tell which they are
+        steps = {path.name.split("_")[-1].split(".")[0] for path in (self.folder / f"spool-{name}").glob("*_*.*")}
+        for child in children_of(os.getpid()):
+            with contextlib.suppress(OSError):
+                words = pathlib.Path(f"/proc/{child}/cmdline").read_text()
+                if any(words.startswith(f"slurmstepd: [{step}.") for step in steps):
+                    kill_all_of(child)
 
     @staticmethod
     def run(*words):
@@ -178,7 +179,6 @@ class Cluster:
         # daemons first, so that none starts anything more; then what they left
         for daemon in reversed(self.daemons.values()):
             daemon.terminate()
-        for daemon in self.daemons.values():
             with contextlib.suppress(subprocess.TimeoutExpired):
                 daemon.wait(5)
         while children := children_of(os.getpid()):

@@ -59,16 +59,16 @@ def disturb(cluster, folder):
     """Loses node n1, which comes back, and requeues a session of the other kind, all in their middle."""
     def under_way():
         stores = [next((folder / "shared").glob(f"*/{session}.db"), "") for session in SESSIONS]
-        return all(store and pairs_of(store) >= 2 for store in stores)
+        return all(store and pairs_of(store) >= 4 for store in stores)
 
     cluster.until(under_way, "all sessions under way")
     cluster.lose_node("n1")
     job = cluster.run("squeue", "--noheader", "--nodelist=n3", "--format=%A").strip()
     print("requeued:", job, cluster.run("scontrol", "requeue", job))
-    cluster.start_node("n1")
     jobs = lambda: cluster.run("squeue", "--noheader", "--states=PENDING", "--name=metrig-alpha,metrig-beta",
                                "--format=%A").split()
     cluster.until(lambda: len(jobs()) == 2, "both jobs queued again")
+    cluster.start_node("n1")
     for pending in jobs():  # Slurm lets what is requeued wait for two minutes
         cluster.run("scontrol", "update", f"JobId={pending}", "StartTime=now")
 
