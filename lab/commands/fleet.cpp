@@ -126,9 +126,10 @@ int measureByJobs(const FleetFile& fleet, const FleetRun& run, const Options& op
             }
         }
     }
-    const bool isMergedThere = isMerged(run.mergedStore());
     if (!stores.empty()) {
-        mergeStores(options.output, isMergedThere ? std::vector{run.mergedStore()} : stores);
+        // a session that a lost node put back may have ended after the job that joins
+        mergeStores(run.mergedStore(), stores);
+        mergeStores(options.output, {run.mergedStore()});
     }
     return static_cast<int>(stores.size());
 }

@@ -112,7 +112,7 @@ class Jobs {
         for (std::string job; std::getline(file, job);) {
             m_jobs.push_back(job);
         }
-        if (!m_jobs.empty() && isQueued(m_jobs.back())) {
+        if (!m_jobs.empty() && areQueued()) {
             return true;
         }
         m_jobs.clear();
@@ -139,18 +139,18 @@ class Jobs {
             cancel();
             throw;
         }
-        std::string list;
+        std::string lines;
         for (const std::string& job : m_jobs) {
-            list += job + "\n";
+            lines += job + "\n";
         }
-        writeScript(listPath(), list);
+        writeScript(listPath(), lines);
     }
 
-    /// Until the last one has ended.
+    /// Until all have ended. The one that joins may come before a session that a lost node has put back.
     void wait() const {
         const Clock::time_point start = Clock::now();
         std::string said;
-        while (isQueued(m_jobs.back())) {
+        while (areQueued()) {
             const std::string states = statesText();
             if (states != said) {
                 m_say(states);
@@ -182,10 +182,18 @@ class Jobs {
         }
     }
 
-    /// A controller that does not answer has not forgotten the job.
-    static bool isQueued(const std::string& job) {
+    std::string list() const {
+        std::string list;
+        for (const std::string& job : m_jobs) {
+            list += (list.empty() ? "" : ",") + job;
+        }
+        return list;
+    }
+
+    /// Whether one of them is. A controller that does not answer has not forgotten them.
+    bool areQueued() const {
         const ProgramEnd end =
-            runProgram({.words = {"squeue", "--noheader", "--jobs=" + job, "--format=%T"}});
+            runProgram({.words = {"squeue", "--noheader", "--jobs=" + list(), "--format=%T"}});
         if (end.status != 0) {
             return end.output.find("Invalid job id") == std::string::npos;
         }
@@ -194,12 +202,8 @@ class Jobs {
 
     /// "jobs: 3 PENDING, 2 RUNNING".
     std::string statesText() const {
-        std::string list;
-        for (const std::string& job : m_jobs) {
-            list += (list.empty() ? "" : ",") + job;
-        }
         const ProgramEnd end =
-            runProgram({.words = {"squeue", "--noheader", "--array", "--jobs=" + list, "--format=%T"}});
+            runProgram({.words = {"squeue", "--noheader", "--array", "--jobs=" + list(), "--format=%T"}});
         std::map<std::string, int> states;
         for (const std::string& state : split(end.status == 0 ? end.output : "", '\n')) {
             ++states[state];

@@ -16,6 +16,7 @@ import signal
 import socket
 import struct
 import subprocess
+import threading
 import time
 
 PROGRAMS = ("munged", "slurmctld", "slurmd", "sbatch", "srun", "squeue", "sinfo", "scontrol")
@@ -48,7 +49,7 @@ SelectTypeParameters=CR_Core
 SchedulerParameters=batch_sched_delay=0,sched_interval=1,bf_interval=1
 ReturnToService=2
 KillWait=2
-SlurmdTimeout=3
+SlurmdTimeout=5
 MailProg=/bin/true
 """
 
@@ -105,6 +106,7 @@ class Cluster:
 
     def __enter__(self):
         LIBC.prctl(SUBREAPER, 1)
+        threading.Thread(target=self.reap, daemon=True).start()
         try:
             self.start()
         except BaseException:
@@ -174,6 +176,17 @@ class Cluster:
             if time.monotonic() > limit:
                 raise TimeoutError(what)
             time.sleep(0.2)
+
+    def reap(self):
+        """Slurm waits for a minute for processes of a job that nobody has taken the status of."""
+        mine = os.getpgid(0)
+        while True:
+            for child in children_of(os.getpid()):
+                with contextlib.suppress(OSError):
+                    state, _, group = pathlib.Path(f"/proc/{child}/stat").read_text().rpartition(")")[2].split()[:3]
+                    if state == "Z" and int(group) != mine and child not in {one.pid for one in self.daemons.values()}:
+                        os.waitpid(child, os.WNOHANG)
+            time.sleep(0.1)
 
     def stop(self):
         # daemons first, so that none starts anything more; then what they left

@@ -9,6 +9,7 @@ import contextlib
 import json
 import os
 import pathlib
+import signal
 import sqlite3
 import subprocess
 import sys
@@ -65,12 +66,16 @@ def disturb(cluster, folder):
     cluster.lose_node("n1")
     job = cluster.run("squeue", "--noheader", "--nodelist=n3", "--format=%A").strip()
     print("requeued:", job, cluster.run("scontrol", "requeue", job))
-    jobs = lambda: cluster.run("squeue", "--noheader", "--states=PENDING", "--name=metrig-alpha,metrig-beta",
-                               "--format=%A").split()
-    cluster.until(lambda: len(jobs()) == 2, "both jobs queued again")
+    cluster.until(lambda: not cluster.run("squeue", "--noheader", "--states=RUNNING", "--nodelist=n1"), "n1 given up")
     cluster.start_node("n1")
-    for pending in jobs():  # Slurm lets what is requeued wait for two minutes
-        cluster.run("scontrol", "update", f"JobId={pending}", "StartTime=now")
+
+
+def start_what_waits(cluster, fleet):
+    """Slurm lets what is requeued wait for two minutes."""
+    waiting = cluster.run("squeue", "--noheader", "--states=PENDING", "--name=metrig-alpha,metrig-beta", "--format=%A")
+    for job in waiting.split():
+        cluster.run("scontrol", "update", f"JobId={job}", "StartTime=now")
+    return fleet.poll() is not None
 
 
 def check_whole(folder):
@@ -100,6 +105,7 @@ def main():
     if reason:
         print("skipped:", reason)
         sys.exit(77)
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # nothing is left behind then either
     with tempfile.TemporaryDirectory() as name:
         folder = pathlib.Path(name)
         slurm.fake_library(folder / "old", "")
@@ -112,7 +118,8 @@ def main():
                         fleet_command(folder, more='staging = "sbcast"'), stdout=log, stderr=log) as fleet:
                     try:
                         disturb(cluster, folder)
-                        assert fleet.wait(100) == 1, fleet.returncode
+                        cluster.until(lambda: start_what_waits(cluster, fleet), "the end of the fleet", 90)
+                        assert fleet.returncode == 1, fleet.returncode
                     finally:
                         fleet.kill()
                 check_whole(folder)
