@@ -14,6 +14,7 @@ import sqlite3
 import subprocess
 import sys
 import tempfile
+import time
 
 sys.dont_write_bytecode = True
 import cluster as slurm  # noqa: E402
@@ -68,6 +69,7 @@ def disturb(cluster, folder):
     print("requeued:", job, cluster.run("scontrol", "requeue", job))
     cluster.until(lambda: not cluster.run("squeue", "--noheader", "--states=RUNNING", "--nodelist=n1"), "n1 given up")
     cluster.start_node("n1")
+    time.sleep(5)  # the end of the lost run reaches the node late, and would end the next run
 
 
 def start_what_waits(cluster, fleet):
