@@ -45,7 +45,7 @@ void addEffort(CLI::App& command, Settings& settings) {
                 settings.fewestPairs = fewest;
                 settings.mostPairs = most;
             },
-            "fewest and most pairs of processes (12:80)")
+            "fewest and most pairs of processes (10:80)")
         ->check(checkedBy(parsePairs));
     command.add_option("--epochs", settings.shape.epochs, "turns of each side at a point, by each pair")
         ->check(CLI::Range(1, 10000))

@@ -19,7 +19,7 @@ struct Settings {
     std::string instrument;                            ///< path of the program; empty: the one that is built
     double margin = 0.01;
     double seconds = 600.0;  ///< the whole may take
-    int fewestPairs = 12;
+    int fewestPairs = 10;
     int mostPairs = 80;
     int core = -1;  ///< -1: the quietest
     std::uint64_t seed = 0;

@@ -23,9 +23,9 @@
 /// whether or not the points depend on each other. The ranks of the fresh walk are the greatest with which it
 /// stays, after n of N pairs, within the cube root of n/N of what the bound allows: early enough for a clear
 /// difference, with enough left for one that a layout in five hides. With 438 points and the usual looks:
-///     12, 16, 24, 32, 40, 56, 80 pairs: ranks 2, 3, 6, 9, 12, 19, 31; the walk ends with 2.48%
-///     8, 12, 16, 24, 32, 40, 56, 80 fresh: ranks 0, 1, 1, 3, 6, 8, 14, 24; the walk ends with 0.042%
-///     family <= 0.91%
+///     10, 12, 16, 24, 32, 40, 56, 80 pairs: ranks 1, 2, 3, 6, 9, 12, 19, 31; the walk ends with 2.50%
+///     8, 12, 16, 24, 32, 40, 56, 80 fresh: ranks 0, 0, 2, 3, 6, 8, 14, 24; the walk ends with 0.042%
+///     family <= 0.93%
 ///
 /// Points that close as "same" at an early look, those given up because half of the fresh pairs do not show
 /// the side, and those that a process did not live to measure, only take chances to err away.

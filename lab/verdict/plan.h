@@ -23,7 +23,7 @@ struct Plan {
     double family = 0;  ///< no true difference anywhere: a bound on the probability of saying one
 };
 
-inline constexpr std::array<int, 7> usualLooks{12, 16, 24, 32, 40, 56, 80};
+inline constexpr std::array<int, 8> usualLooks{10, 12, 16, 24, 32, 40, 56, 80};
 /// Fresh pairs visit few points, so there may be more of them.
 inline constexpr std::array<int, 8> confirmingLooks{8, 12, 16, 24, 32, 40, 56, 80};
 

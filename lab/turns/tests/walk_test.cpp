@@ -26,16 +26,21 @@ struct Walked {
     std::map<std::string, std::vector<Visit>> visits;
 };
 
-Walked walked(const std::string& newScript, std::vector<std::size_t> points, milliseconds patience) {
+Walked walked(const std::string& newScript, std::vector<std::size_t> points, milliseconds patience,
+              std::uint64_t pair = 1, const std::string& meeting = "") {
     const TestFolder folder;
     const std::string older = folder.library("old", "");
     const std::string newer = folder.library("new", newScript);
     const Route route(survey(*instrument(older)));
     Walked result;
+    if (!meeting.empty()) {
+        setenv("FAKE_MEETING", meeting.c_str(), 1);
+    }
     WalkTask task;
     task.points = std::move(points);
     task.shape = {4, 50.0, 10};
     task.mhz = 2600;
+    task.pair = pair;
     task.stop = [] { return false; };
     task.seconds = [] { return 0.0; };
     task.finish = [&](const std::string& function, std::vector<Visit> visits) {
@@ -58,6 +63,20 @@ TEST(Walk, TakesTurnsAtTheWantedPointsAlone) {
     ASSERT_TRUE(pair);
     EXPECT_NEAR(pair->value, std::log(2.0), 0.001);
     EXPECT_NEAR(pairOf(walk.visits.at("F1").front().turns)->value, 0.0, 0.001);
+}
+
+/// Who makes the data of a point first gets other pages, so it must not be the same side in all pairs.
+TEST(Walk, DrawsWhichSideComesToAPointFirst) {
+    int olderFirst = 0;
+    constexpr int pairs = 16;
+    for (std::uint64_t pair = 1; pair <= pairs; ++pair) {
+        const TestFolder meeting;
+        const Walked walk = walked("", {1}, milliseconds(10000), pair, meeting.path(""));
+        unsetenv("FAKE_MEETING");
+        olderFirst += pairOf(walk.visits.at("F1").front().turns)->value < 0;
+    }
+    EXPECT_GT(olderFirst, 3);
+    EXPECT_LT(olderFirst, pairs - 3);
 }
 
 struct Fault {
