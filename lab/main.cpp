@@ -1,4 +1,5 @@
-/// metrig-lab: which functions a change made slower, by instruments that take turns.
+/// metrig-lab: which functions a change made slower, and what those of a build take, by instruments that take
+/// turns.
 
 #include <fmt/core.h>
 
@@ -20,12 +21,14 @@ int runCommandLine(int argc, char** argv) {
     lab::CommandLine line;
     line.keys.assign(ours == end ? end : ours + 1, end);
 
-    CLI::App app("Compares two builds of a library by instruments that take turns.", "metrig-lab");
+    CLI::App app("Compares builds of a library, and measures one, by instruments that take turns.",
+                 "metrig-lab");
     app.set_version_flag("--version", fmt::format("metrig-lab {}", labVersion));
     app.require_subcommand(1);
     app.footer(lab::statusHelp);
-    for (const auto add : {lab::addCompare, lab::addResume, lab::addShow, lab::addExport, lab::addPage,
-                           lab::addFleet, lab::addMerge}) {
+    for (const auto add :
+         {lab::addCompare, lab::addMeasure, lab::addResume, lab::addShow, lab::addExport, lab::addPage,
+          lab::addHistory, lab::addFleet, lab::addMerge, lab::addRun, lab::addCheck}) {
         add(app, line);
     }
     try {

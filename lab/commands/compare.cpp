@@ -5,6 +5,7 @@
 
 #include "commands/commands.h"
 #include "commands/comparing.h"
+#include "commands/runoptions.h"
 #include "compare/settings.h"
 
 namespace lab {
@@ -29,14 +30,10 @@ void addSides(CLI::App& command, Options& options) {
     command.add_option("--old-keys", options.keys[0],
                        "keys of metrig for the old side alone: --old-keys=-TSSE2");
     command.add_option("--new-keys", options.keys[1], "keys of metrig for the new side alone");
-    command
-        .add_option("--metrig", options.settings.instrument, "the instrument (that of the libraries' width)")
-        ->check(CLI::ExistingFile);
 }
 
 void addEffort(CLI::App& command, Settings& settings) {
     addParsed(command, "--margin", settings.margin, "differences within it are none (1%)", parseShare);
-    addParsed(command, "--time", settings.seconds, "longest time: 90s, 10m (10m)", parseSeconds);
     command
         .add_option_function<std::string>(
             "--pairs",
@@ -47,27 +44,13 @@ void addEffort(CLI::App& command, Settings& settings) {
             },
             "fewest and most pairs of processes (10:80)")
         ->check(checkedBy(parsePairs));
-    command.add_option("--epochs", settings.shape.epochs, "turns of each side at a point, by each pair")
-        ->check(CLI::Range(1, 10000))
-        ->capture_default_str();
-    addParsed(command, "--turn", settings.shape.microseconds, "length of a turn, about (50us)",
-              [](const std::string& text) { return parseSeconds(text) * 1e6; });
-    command.add_option("--blocks", settings.shape.blocks, "blocks of a turn")
-        ->check(CLI::Range(1, 1000))
-        ->capture_default_str();
-    addParsed(command, "--patience", settings.patience, "longest wait for an answer of an instrument (10s)",
-              parseSeconds);
 }
 
-void addPlace(CLI::App& command, Options& options) {
-    command.add_option("--core", options.settings.core, "processor to run on (the quietest)")
-        ->check(CLI::NonNegativeNumber);
-    command.add_option("--seed", options.settings.seed, "of all that is random (random)");
-    addParsed(command, "--family", options.settings.family,
+/// What a session of many has from those that started it.
+void addFleetOptions(CLI::App& command, Settings& settings) {
+    addParsed(command, "--family", settings.family,
               "chance of a false word anywhere, where nothing differs, at most (1%)", parseShare);
-    command.add_option("--kind", options.settings.kind,
-                       "of machine, by which \"merge\" groups (its processor)");
-    command.add_flag("--no-wait", options.noWait, "does not wait for a quiet machine");
+    command.add_option("--kind", settings.kind, "of machine, by which \"merge\" groups (its processor)");
 }
 
 int run(Options& options, const CommandLine& line) {
@@ -94,7 +77,8 @@ void addCompare(CLI::App& app, CommandLine& line) {
     addSides(command, *options);
     command.add_option("-o,--output", options->store, "what is measured is kept here")->capture_default_str();
     addEffort(command, options->settings);
-    addPlace(command, *options);
+    addFleetOptions(command, options->settings);
+    addRunOptions(command, options->settings, options->noWait);
     addShowing(command, options->showing);
     command.footer(std::string("Keys of metrig for both sides stand after \"--\".\n") + statusHelp);
     onCommand(command, line, Keys::handedOn, [options, &line] { return run(*options, line); });

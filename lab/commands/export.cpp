@@ -1,4 +1,4 @@
-/// metrig-lab export: a kept comparison, or a table that metrig wrote, for other programs.
+/// metrig-lab export: a kept comparison or measurement, or a table that metrig wrote, for other programs.
 
 #include <fmt/core.h>
 
@@ -12,6 +12,7 @@
 #include "compare/fleetreport.h"
 #include "compare/storedreport.h"
 #include "machine/wholefile.h"
+#include "measure/storedmeasurement.h"
 #include "show/csv.h"
 #include "show/json.h"
 #include "show/markdown.h"
@@ -51,6 +52,15 @@ std::string textOf(const ResultTable& table, Format format) {
     }
 }
 
+std::string textOfMeasurement(const std::string& file, Format format) {
+    if (format != Format::json) {
+        throw std::runtime_error(file +
+                                 ": holds a measurement of one build, which has no other form than --json");
+    }
+    Store store = Store::open(file, false, StoreKind::measurement);
+    return json(measurementOf(store));
+}
+
 std::string textOf(const Options& options) {
     const std::string& file = options.source.file;
     if (!isStore(file)) {
@@ -61,6 +71,9 @@ std::string textOf(const Options& options) {
             throw std::runtime_error(file + ": a merged store is exported as --json");
         }
         return fleetJson(fleetReportOf(file), false);
+    }
+    if (Store::kindOf(file) == StoreKind::measurement) {
+        return textOfMeasurement(file, options.format);
     }
     Store store = Store::open(file, false);
     return textOf(reportOf(store), options.format);
@@ -83,8 +96,8 @@ int run(const Options& options) {
 }  // namespace
 
 void addExport(CLI::App& app, CommandLine& line) {
-    CLI::App& command =
-        *app.add_subcommand("export", "Hands a comparison, or a table of metrig, to other programs");
+    CLI::App& command = *app.add_subcommand(
+        "export", "Hands a comparison, a measurement or a table of metrig to other programs");
     const auto options = std::make_shared<Options>();
     addSource(command, options->source);
     command.add_option("-o,--output", options->output,

@@ -9,27 +9,34 @@ namespace {
 constexpr std::chrono::milliseconds TerminalStep(200);
 constexpr std::chrono::milliseconds PipeStep(10000);
 
+std::string timeLeft(const Progress& progress) {
+    return progress.secondsLeft > 0.0 ? fmt::format(", about {:.0f} s left", progress.secondsLeft) : "";
+}
+
 }  // namespace
 
 std::string progressText(const Progress& progress) {
-    const std::string left =
-        progress.secondsLeft > 0.0 ? fmt::format(", about {:.0f} s left", progress.secondsLeft) : "";
     return fmt::format("pair {} of at most {}, {} of {} points decided{}", progress.pair, progress.mostPairs,
-                       progress.closedPoints, progress.points, left);
+                       progress.closedPoints, progress.points, timeLeft(progress));
 }
 
-void ProgressLine::show(const Progress& progress) {
+std::string measureProgressText(const Progress& progress) {
+    return fmt::format("process {} of {}, {} of {} points visited by it{}", progress.pair, progress.mostPairs,
+                       progress.closedPoints, progress.points, timeLeft(progress));
+}
+
+void ProgressLine::show(const std::string& text) {
     const auto now = std::chrono::steady_clock::now();
     if (now - m_last < (m_terminal ? TerminalStep : PipeStep)) {
         return;
     }
     m_last = now;
     if (m_terminal) {
-        fmt::print(m_file, "\r\033[K{}", progressText(progress));
+        fmt::print(m_file, "\r\033[K{}", text);
         std::fflush(m_file);
         m_shown = true;
     } else {
-        say(progressText(progress));
+        say(text);
     }
 }
 

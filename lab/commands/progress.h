@@ -1,6 +1,6 @@
 #pragma once
 
-/// The state of a comparison while it runs, on standard error.
+/// The state of a run while it runs, on standard error.
 
 #include <chrono>
 #include <cstdio>
@@ -18,7 +18,7 @@ class ProgressLine {
     ProgressLine& operator=(const ProgressLine&) = delete;
     ~ProgressLine() { clear(); }
 
-    void show(const Progress& progress);
+    void show(const std::string& text);
     /// A line that stays.
     void say(const std::string& text);
     /// Takes the rewritten line away.
@@ -33,5 +33,7 @@ class ProgressLine {
 
 /// "pair 5 of at most 40, 312 of 438 points decided, about 12 s left".
 std::string progressText(const Progress& progress);
+/// "process 5 of 10, 312 of 438 points visited by it, about 12 s left".
+std::string measureProgressText(const Progress& progress);
 
 }  // namespace lab

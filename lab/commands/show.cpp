@@ -1,4 +1,4 @@
-/// metrig-lab show: a kept comparison, or a table that metrig wrote, for people.
+/// metrig-lab show: a kept comparison or measurement, or a table that metrig wrote, for people.
 
 #include <fmt/core.h>
 
@@ -7,9 +7,11 @@
 
 #include "commands/commands.h"
 #include "commands/guard.h"
+#include "commands/measuring.h"
 #include "commands/showing.h"
 #include "commands/source.h"
 #include "show/results.h"
+#include "store/merged.h"
 
 namespace lab {
 
@@ -21,10 +23,27 @@ struct Options {
     Showing showing;
 };
 
+int runOfStore(const Options& options) {
+    const std::string& file = options.source.file;
+    if (!isMerged(file)) {
+        if (!options.kind.empty()) {
+            return complain(file + ": no merged store, so it has no kinds", exitUse);
+        }
+        if (Store::kindOf(file) == StoreKind::measurement) {
+            Store store = Store::open(file, false, StoreKind::measurement);
+            return showMeasurement(store, options.showing);
+        }
+    }
+    return showStore(file, options.showing, options.kind);
+}
+
 int run(const Options& options) {
     const Showing& showing = options.showing;
     if (isStore(options.source.file)) {
-        return showStore(options.source.file, showing, options.kind);
+        return runOfStore(options);
+    }
+    if (!options.kind.empty()) {
+        return complain("a table of results has no kinds", exitUse);
     }
     if (showing.failOnUnsure || !showing.style.only.empty()) {
         return complain("a table of results has no verdicts", exitUse);
@@ -36,8 +55,8 @@ int run(const Options& options) {
 }  // namespace
 
 void addShow(CLI::App& app, CommandLine& line) {
-    CLI::App& command =
-        *app.add_subcommand("show", "Shows a comparison, finished or not, or a table of metrig");
+    CLI::App& command = *app.add_subcommand(
+        "show", "Shows a comparison or a measurement, finished or not, or a table of metrig");
     const auto options = std::make_shared<Options>();
     addSource(command, options->source);
     command.add_option("--kind", options->kind, "this kind alone, of a merged store");

@@ -9,6 +9,8 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "show/table.h"
+
 namespace lab {
 
 namespace {
@@ -31,7 +33,7 @@ ResultTable read(const std::string& file, const ParameterNames& names) {
     try {
         return readResults(stream, names);
     } catch (const std::runtime_error& reason) {
-        throw std::runtime_error(file + ": " + reason.what());
+        throw std::runtime_error(file + ": " + printable(reason.what()));
     }
 }
 
@@ -39,7 +41,8 @@ ResultTable read(const std::string& file, const ParameterNames& names) {
 
 void addSource(CLI::App& command, Source& source) {
     command
-        .add_option("FILE", source.file, "a kept comparison, or a table of results that metrig wrote (-r)")
+        .add_option("FILE", source.file,
+                    "a kept comparison or measurement, or a table of results that metrig wrote (-r)")
         ->required();
     command.add_option("--names", source.names, "the table of parameter names of that run (-q)");
 }

@@ -1,56 +1,17 @@
 /// From folders to a store that lists the points of both sides.
 
 #include <algorithm>
-#include <chrono>
 #include <random>
 #include <set>
-#include <thread>
 
 #include "compare/comparison.h"
-#include "compare/pairstart.h"
-#include "machine/canary.h"
+#include "compare/quiet.h"
+#include "compare/survey.h"
 #include "machine/facts.h"
-#include "machine/noise.h"
-#include "turns/walk.h"
 
 namespace lab {
 
 namespace {
-
-constexpr double LongestWait = 10.0;
-/// Surveys that are lost before what they listed has to do.
-constexpr int ChancesToSurvey = 3;
-/// The survey counts as a pair, for its random numbers alone.
-constexpr int SurveyPair = 0;
-
-/// The core that all runs on, this process too: it sleeps while an instrument works.
-int takeCore(int asked) {
-    if (asked < 0) {
-        return quietestCore(allowedCores());
-    }
-    if (!bindToCore(asked)) {
-        throw std::runtime_error("processor " + std::to_string(asked) + " is not for this process");
-    }
-    return asked;
-}
-
-void waitUntilQuiet(const Settings& settings, Canary& canary, const Watcher& watcher) {
-    if (!settings.wait) {
-        return;
-    }
-    bool said = false;
-    const auto pause = [&] {
-        throwIfInterrupted();
-        if (!said) {
-            watcher.note("waits for quiet, at most 10 s (--no-wait)");
-            said = true;
-        }
-        const std::chrono::milliseconds step(100);
-        std::this_thread::sleep_for(step);
-        return std::chrono::duration<double>(step).count();
-    };
-    waitForQuiet([&] { return canary.busyness(); }, pause, LongestWait);
-}
 
 /// The points of both sides in the order of the walks, and whose they are.
 std::vector<StoredPoint> merged(const Route& older, const Route& newer) {
@@ -98,40 +59,6 @@ void markEqualCode(std::vector<StoredPoint>& points, const std::array<StoredSide
     }
 }
 
-/// A side as its instrument walks it.
-struct Survey {
-    Route route;
-    std::string lostIn;  ///< function that the walk did not get past; empty: it came to its end
-    std::string loss;
-};
-
-/// Both sides. One that is lost, be it by chance, gets further chances, and what it lists then is all it has.
-std::array<Survey, 2> surveySides(std::array<StoredSide, 2>& sides, int mhz, const Settings& settings) {
-    std::array<Survey, 2> surveys;
-    for (int chance = 1; chance <= ChancesToSurvey; ++chance) {
-        InstrumentPair pair = startPairSurely(sides, mhz, settings, SurveyPair, chance * ChancesToStart);
-        bool lost = false;
-        for (std::size_t i = 0; i < 2; ++i) {
-            Instrument& instrument = *pair.side[i];
-            sides[i].library = instrument.hello().library;
-            for (std::size_t object = 0; object < sides[i].objects.size(); ++object) {
-                sides[i].objects[object].mapped = pair.mapped[i][object];
-            }
-            surveys[i] = {Route(survey(instrument)), "", ""};
-            if (instrument.loss()) {
-                surveys[i].lostIn = instrument.lastFunction();
-                surveys[i].loss = instrument.loss()->what;
-                lost = true;
-            }
-            instrument.quit();
-        }
-        if (!lost) {
-            break;
-        }
-    }
-    return surveys;
-}
-
 /// Tells this comparison from every other, those of the same builds and seed too.
 std::string newIdentity() {
     std::random_device lots;
@@ -147,10 +74,8 @@ void keepLoss(Store& store, const Survey& survey, std::size_t side, const Watche
     if (survey.loss.empty()) {
         return;
     }
-    const std::string text = std::string("the instrument of the ") + (side == 0 ? "old" : "new") +
-                             " side does not get past " +
-                             (survey.lostIn.empty() ? "its start" : survey.lostIn) + " (" + survey.loss +
-                             "): nothing after it is compared";
+    const std::string text = std::string("the instrument of the ") + (side == 0 ? "old" : "new") + " side" +
+                             survey.lossText("compared");
     store.addWarning(text);
     watcher.warning(text);
 }
@@ -160,14 +85,14 @@ void keepLoss(Store& store, const Survey& survey, std::size_t side, const Watche
 Store beginComparison(const Settings& asked, const std::string& path, const Watcher& watcher) {
     Settings settings = asked;
     StoredHead head;
-    Store::checkPath(path);
+    Store::checkPath(path, head.kind);
     head.sides = findSides(settings);
     settings.core = takeCore(settings.core);
     Canary canary;
-    waitUntilQuiet(settings, canary, watcher);
+    waitUntilQuiet(settings, canary, watcher.note);
     head.machine = machineFacts(settings.core);
     const int mhz = tickMHz();
-    const std::array<Survey, 2> surveys = surveySides(head.sides, mhz, settings);
+    const std::vector<Survey> surveys = surveySides(head.sides, mhz, settings);
     head.points = merged(surveys[0].route, surveys[1].route);
     if (std::none_of(head.points.begin(), head.points.end(),
                      [](const StoredPoint& point) { return point.older && point.newer; })) {

@@ -8,15 +8,11 @@
 #include <chrono>
 #include <map>
 #include <set>
-#include <thread>
 
 #include "compare/evidence.h"
 #include "compare/pairstart.h"
-#include "machine/canary.h"
+#include "compare/quiet.h"
 #include "machine/facts.h"
-#include "machine/noise.h"
-#include "machine/sha256.h"
-#include "turns/walk.h"
 
 namespace lab {
 
@@ -41,7 +37,7 @@ class Run {
           m_mhz(std::stoi(store.setting("mhz"))),
           m_plan(planFor(m_head.points, m_settings.looks(), m_settings.family)),
           m_evidence(m_head.points, m_plan, m_settings.margin),
-          m_noise(readNoise(m_settings.core)) {
+          m_surroundings(m_settings.core) {
         std::vector<PointMessage> points;
         for (const StoredPoint& point : m_head.points) {
             points.push_back({point.function, point.unit, point.divisor, point.parameters});
@@ -105,7 +101,7 @@ class Run {
     }
 
     void runPair() {
-        lookAround();
+        StoredPair pair = m_surroundings.look(m_pair, [this](const std::string& text) { warn(text); });
         std::vector<std::size_t> wanted = openPoints();
         m_fresh.clear();
         for (const std::size_t point : wanted) {
@@ -125,14 +121,15 @@ class Run {
             }
             noteLoss(end, wanted);
         }
-        m_store.addPair({m_pair, seconds(), m_busyness, m_steal, m_load});
+        pair.seconds = seconds();
+        m_store.addPair(pair);
         m_store.setSetting("spent", std::to_string(seconds()));
         report();
     }
 
     /// Takes out of `wanted` what was visited.
     WalkEnd walkOnce(std::vector<std::size_t>& wanted, int start) {
-        InstrumentPair pair = startPairSurely(m_head.sides, m_mhz, m_settings, m_pair, start);
+        const std::vector<Started> pair = startSurely(m_head.sides, m_mhz, m_settings, m_pair, start);
         WalkTask task;
         task.points = wanted;
         task.shape = m_settings.shape;
@@ -148,9 +145,9 @@ class Run {
             m_losses.erase(function);
             report();
         };
-        WalkEnd end = walk(*pair.side[0], *pair.side[1], m_route, task);
-        pair.side[0]->quit();
-        pair.side[1]->quit();
+        WalkEnd end = walk(std::array{pair[0].instrument.get(), pair[1].instrument.get()}, m_route, task);
+        pair[0].instrument->quit();
+        pair[1].instrument->quit();
         return end;
     }
 
@@ -195,17 +192,6 @@ class Run {
         m_watcher.warning(text);
     }
 
-    void lookAround() {
-        const NoiseReading now = readNoise(m_settings.core);
-        m_busyness = m_canary.busyness();
-        m_steal = m_noise.steal(now);
-        m_load = now.load;
-        for (const std::string& text :
-             m_noise.warnings(now, m_busyness, static_cast<int>(std::thread::hardware_concurrency()))) {
-            warn(text);
-        }
-    }
-
     /// The time that is left follows from what a visit took so far in this run.
     void report() {
         Progress progress;
@@ -230,8 +216,7 @@ class Run {
     Plan m_plan;
     EvidenceTable m_evidence;
     Route m_route;
-    NoiseWatch m_noise;
-    Canary m_canary;
+    Surroundings m_surroundings;
     Clock::time_point m_start = Clock::now();
     double m_spent = 0.0;  ///< seconds, by earlier runs
     int m_pair = 1;
@@ -239,9 +224,6 @@ class Run {
     int m_visitsAtStart = 0;
     std::set<std::size_t> m_fresh;  ///< points that this pair is asked to confirm
     std::map<std::string, int> m_losses;
-    double m_busyness = 1.0;
-    double m_steal = 0.0;
-    double m_load = 0.0;
 };
 
 }  // namespace
@@ -253,12 +235,9 @@ void continueComparison(Store& store, const Watcher& watcher, double moreSeconds
     }
     const StoredHead head = store.head();
     const Settings settings = settingsFrom(head);
-    for (const StoredSide& side : head.sides) {
-        for (const StoredObject& object : side.objects) {
-            if (sha256(fileContent(object.path)) != object.sha256) {
-                throw NotComparable(object.path + " is not what it was when the comparison began");
-            }
-        }
+    const std::string changed = changedObject(head.sides);
+    if (!changed.empty()) {
+        throw NotComparable(changed + " is not what it was when the comparison began");
     }
     if (!bindToCore(settings.core)) {
         throw std::runtime_error("processor " + std::to_string(settings.core) + " is not for this process");

@@ -1,9 +1,11 @@
 #include "compare/pairstart.h"
 
 #include <algorithm>
+#include <chrono>
 #include <stdexcept>
 
 #include "machine/facts.h"
+#include "machine/random.h"
 #include "turns/copies.h"
 
 namespace lab {
@@ -17,7 +19,7 @@ std::vector<std::string> environmentOf(const StoredSide& side, const std::string
     return {"LD_LIBRARY_PATH=" + copies + ":" + side.folder, "METRIG_MHZ=" + std::to_string(mhz)};
 }
 
-std::chrono::milliseconds patienceOf(const Settings& settings) {
+std::chrono::milliseconds patienceOf(const RunSettings& settings) {
     return std::chrono::milliseconds(static_cast<long long>(settings.patience * 1000.0));
 }
 
@@ -32,44 +34,52 @@ std::size_t stackOf(const ChildStart& start) {
     return size;
 }
 
-}  // namespace
+/// std::runtime_error if an object is not that of the copies.
+void checkMapped(const StoredSide& side, const std::vector<std::string>& mapped, const std::string& copies) {
+    for (std::size_t object = 0; object < libraryObjects.size(); ++object) {
+        const std::string& path = mapped[object];
+        if (path != copies + "/" + libraryObjects[object]) {
+            throw std::runtime_error(side.instrument + " does not use " + libraryObjects[object] + " of " +
+                                     side.folder + " but " + (path.empty() ? "none" : path));
+        }
+    }
+}
 
-InstrumentPair startPair(const std::array<StoredSide, 2>& sides, int mhz, std::chrono::milliseconds patience,
-                         Random random) {
-    LibraryCopies copies({sides[0].folder, sides[1].folder}, random);
-    std::array<ChildStart, 2> starts;
+std::vector<Started> startOnce(std::span<const StoredSide> sides, int mhz, std::chrono::milliseconds patience,
+                               Random random) {
+    std::vector<std::string> folders;
+    for (const StoredSide& side : sides) {
+        folders.push_back(side.folder);
+    }
+    const LibraryCopies copies(folders, random);
+    std::vector<ChildStart> starts(sides.size());
     std::size_t longest = 0;
-    for (std::size_t i = 0; i < 2; ++i) {
+    for (std::size_t i = 0; i < sides.size(); ++i) {
         starts[i].program = sides[i].instrument;
         starts[i].arguments = {"-B"};
         starts[i].arguments.insert(starts[i].arguments.end(), sides[i].keys.begin(), sides[i].keys.end());
-        starts[i].environment = environmentOf(sides[i], copies.folder(static_cast<int>(i)), mhz);
+        starts[i].environment = environmentOf(sides[i], copies.folder(i), mhz);
         longest = std::max(longest, stackOf(starts[i]));
     }
     const std::size_t padding = random.below(MostPadding);
-    InstrumentPair pair;
-    const std::size_t first = random.coin() ? 0 : 1;
-    for (const std::size_t i : {first, 1 - first}) {
+    std::vector<Started> started(sides.size());
+    for (const std::size_t i : random.order(sides.size())) {
         const std::size_t own = padding + longest - stackOf(starts[i]);
         starts[i].environment.push_back("METRIG_PADDING=" + std::string(own, '.'));
-        pair.side[i] = std::make_unique<Instrument>(starts[i], patience);
-        pair.mapped[i] = mappedPaths(pair.side[i]->process(), libraryObjects);
-        for (std::size_t object = 0; object < libraryObjects.size(); ++object) {
-            const std::string& path = pair.mapped[i][object];
-            if (path != copies.folder(static_cast<int>(i)) + "/" + libraryObjects[object]) {
-                throw std::runtime_error(sides[i].instrument + " does not use " + libraryObjects[object] +
-                                         " of " + sides[i].folder + " but " + (path.empty() ? "none" : path));
-            }
-        }
+        started[i].instrument = std::make_unique<Instrument>(starts[i], patience);
+        started[i].mapped = mappedPaths(started[i].instrument->process(), libraryObjects);
+        checkMapped(sides[i], started[i].mapped, copies.folder(i));
     }
-    return pair;
+    return started;
 }
 
-InstrumentPair startPairSurely(const std::array<StoredSide, 2>& sides, int mhz, const Settings& settings,
-                               int pair, int start) {
+}  // namespace
+
+std::vector<Started> startSurely(std::span<const StoredSide> sides, int mhz, const RunSettings& settings,
+                                 int pair, int start) {
     for (int chance = 1;; ++chance) {
         try {
-            return startPair(sides, mhz, patienceOf(settings),
+            return startOnce(sides, mhz, patienceOf(settings),
                              Random{settings.seed, static_cast<std::uint64_t>(pair),
                                     static_cast<std::uint64_t>(start + chance)});
         } catch (const std::runtime_error&) {

@@ -39,6 +39,10 @@ std::string exact(double value) {
     return {buffer, end};
 }
 
+bool hasSetting(const NamedTexts& texts, const std::string& name) {
+    return std::any_of(texts.begin(), texts.end(), [&](const auto& known) { return known.first == name; });
+}
+
 }  // namespace
 
 std::vector<int> Settings::looks() const {
@@ -54,51 +58,63 @@ std::vector<int> Settings::looks() const {
     return looks;
 }
 
-NamedTexts settingTexts(const Settings& settings) {
-    return {{"margin", exact(settings.margin)},
-            {"time", exact(settings.seconds)},
-            {"fewest pairs", std::to_string(settings.fewestPairs)},
-            {"most pairs", std::to_string(settings.mostPairs)},
+NamedTexts runSettingTexts(const RunSettings& settings) {
+    return {{"time", exact(settings.seconds)},
             {"core", std::to_string(settings.core)},
             {"seed", std::to_string(settings.seed)},
             {"patience", exact(settings.patience)},
             {"wait", settings.wait ? "yes" : "no"},
-            {"family", exact(settings.family)},
-            {"kind", settings.kind},
             {"epochs", std::to_string(settings.shape.epochs)},
             {"turn", exact(settings.shape.microseconds)},
             {"blocks", std::to_string(settings.shape.blocks)}};
 }
 
-Settings settingsFrom(const StoredHead& head) {
-    const auto find = [&](const char* name) {
-        return std::find_if(head.settings.begin(), head.settings.end(),
-                            [&](const auto& known) { return known.first == name; });
-    };
-    const auto text = [&](const char* name) -> const std::string& {
-        const auto found = find(name);
-        if (found != head.settings.end()) {
-            return found->second;
+NamedTexts settingTexts(const Settings& settings) {
+    NamedTexts texts = runSettingTexts(settings);
+    texts.emplace_back("margin", exact(settings.margin));
+    texts.emplace_back("fewest pairs", std::to_string(settings.fewestPairs));
+    texts.emplace_back("most pairs", std::to_string(settings.mostPairs));
+    texts.emplace_back("family", exact(settings.family));
+    texts.emplace_back("machine kind", settings.kind);
+    return texts;
+}
+
+const std::string& settingText(const NamedTexts& texts, const std::string& name) {
+    for (const auto& [known, value] : texts) {
+        if (known == name) {
+            return value;
         }
-        throw std::invalid_argument(std::string("the store has no setting \"") + name + "\"");
-    };
-    Settings settings;
-    settings.folders = {head.sides[0].folder, head.sides[1].folder};
-    settings.margin = numberAndUnit(text("margin")).first;
-    settings.seconds = numberAndUnit(text("time")).first;
-    settings.fewestPairs = wholeNumber(text("fewest pairs"));
-    settings.mostPairs = wholeNumber(text("most pairs"));
-    settings.core = wholeNumber(text("core"));
-    settings.seed = std::stoull(text("seed"));
-    settings.patience = numberAndUnit(text("patience")).first;
-    settings.wait = text("wait") == "yes";
-    if (find("family") != head.settings.end()) {  // stores of version 1.0 have none of these
-        settings.family = numberAndUnit(text("family")).first;
-        settings.kind = text("kind");
     }
-    settings.shape.epochs = wholeNumber(text("epochs"));
-    settings.shape.microseconds = numberAndUnit(text("turn")).first;
-    settings.shape.blocks = wholeNumber(text("blocks"));
+    throw std::invalid_argument("the store has no setting \"" + name + "\"");
+}
+
+int settingNumber(const NamedTexts& texts, const std::string& name) {
+    return wholeNumber(settingText(texts, name));
+}
+
+void readRunSettings(const NamedTexts& texts, RunSettings& settings) {
+    const auto real = [&](const char* name) { return numberAndUnit(settingText(texts, name)).first; };
+    settings.seconds = real("time");
+    settings.core = settingNumber(texts, "core");
+    settings.seed = std::stoull(settingText(texts, "seed"));
+    settings.patience = real("patience");
+    settings.wait = settingText(texts, "wait") == "yes";
+    settings.shape.epochs = settingNumber(texts, "epochs");
+    settings.shape.microseconds = real("turn");
+    settings.shape.blocks = settingNumber(texts, "blocks");
+}
+
+Settings settingsFrom(const StoredHead& head) {
+    Settings settings;
+    readRunSettings(head.settings, settings);
+    settings.folders = {head.sides[0].folder, head.sides[1].folder};
+    settings.margin = numberAndUnit(settingText(head.settings, "margin")).first;
+    settings.fewestPairs = settingNumber(head.settings, "fewest pairs");
+    settings.mostPairs = settingNumber(head.settings, "most pairs");
+    if (hasSetting(head.settings, "family")) {  // stores of version 1.0 have none of these
+        settings.family = numberAndUnit(settingText(head.settings, "family")).first;
+        settings.kind = settingText(head.settings, "machine kind");
+    }
     return settings;
 }
 

@@ -5,6 +5,7 @@
 
 #include "machine/elf.h"
 #include "machine/facts.h"
+#include "machine/instruments.h"
 #include "machine/sha256.h"
 #include "turns/copies.h"
 
@@ -34,38 +35,37 @@ std::vector<StoredObject> objectsIn(const std::string& folder) {
     return objects;
 }
 
-/// Beside this program where they are installed, or where the builds are.
-std::string instrumentOf(int bits) {
-    std::error_code failed;
-    const fs::path here = fs::read_symlink("/proc/self/exe", failed).parent_path();
-    const fs::path builds = here.parent_path().parent_path();
-    const fs::path candidates[] = {here / "metrig", here / "metrig-x86", here / "metrig-x86-64",
-                                   builds / "x86/bin/metrig", builds / "x86-64/bin/metrig"};
-    for (const fs::path& path : candidates) {
-        const auto facts = fs::is_regular_file(path, failed) ? elfFacts(fileContent(path)) : std::nullopt;
-        if (facts && facts->bits == bits) {
-            return path;
-        }
+}  // namespace
+
+StoredSide findFiles(const std::string& folder, const std::vector<std::string>& keys) {
+    if (!fs::is_directory(folder)) {
+        throw std::runtime_error(folder + ": no such folder");
     }
-    throw std::runtime_error("no instrument of " + std::to_string(bits) + " bits beside " + here.string() +
-                             " or in " + builds.string() + ": build it with script/build " +
-                             (bits == 32 ? "x86" : "x86-64"));
+    StoredSide side;
+    side.name = folder;
+    side.folder = fs::canonical(folder);
+    side.objects = objectsIn(side.folder);
+    side.keys = keys;
+    return side;
 }
 
-}  // namespace
+std::string changedObject(std::span<const StoredSide> sides) {
+    for (const StoredSide& side : sides) {
+        for (const StoredObject& object : side.objects) {
+            if (sha256(fileContent(object.path)) != object.sha256) {
+                return object.path;
+            }
+        }
+    }
+    return "";
+}
 
 std::array<StoredSide, 2> findSides(const Settings& settings) {
     std::array<StoredSide, 2> sides;
     for (std::size_t i = 0; i < 2; ++i) {
-        StoredSide& side = sides[i];
-        side.name = settings.folders[i];
-        if (!fs::is_directory(side.name)) {
-            throw std::runtime_error(side.name + ": no such folder");
-        }
-        side.folder = fs::canonical(side.name);
-        side.objects = objectsIn(side.folder);
-        side.keys = settings.keys;
-        side.keys.insert(side.keys.end(), settings.sideKeys[i].begin(), settings.sideKeys[i].end());
+        std::vector<std::string> keys = settings.keys;
+        keys.insert(keys.end(), settings.sideKeys[i].begin(), settings.sideKeys[i].end());
+        sides[i] = findFiles(settings.folders[i], keys);
     }
     const int bits = sides[0].objects.front().bits;
     if (sides[1].objects.front().bits != bits) {

@@ -11,6 +11,14 @@ namespace lab {
 
 namespace {
 
+std::string textOf(const NamedTexts& texts, const std::string& name) {
+    const auto found =
+        std::find_if(texts.begin(), texts.end(), [&](const auto& known) { return known.first == name; });
+    return found == texts.end() ? "" : found->second;
+}
+
+}  // namespace
+
 Build buildOf(const StoredSide& side) {
     Build build;
     build.name = side.name;
@@ -25,12 +33,6 @@ Build buildOf(const StoredSide& side) {
         build.objects.push_back({object.path, object.sha256, object.buildId});
     }
     return build;
-}
-
-std::string textOf(const NamedTexts& texts, const std::string& name) {
-    const auto found =
-        std::find_if(texts.begin(), texts.end(), [&](const auto& known) { return known.first == name; });
-    return found == texts.end() ? "" : found->second;
 }
 
 Machine machineOf(const StoredHead& head, const std::vector<StoredPair>& pairs) {
@@ -49,6 +51,8 @@ Machine machineOf(const StoredHead& head, const std::vector<StoredPair>& pairs) 
     }
     return machine;
 }
+
+namespace {
 
 std::string nameOf(const StoredPoint& point) {
     std::string name = point.function;

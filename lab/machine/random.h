@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
+#include <vector>
 
 namespace lab {
 
@@ -27,6 +29,16 @@ class Random {
     /// Below `limit`, which is at least 1 and small.
     std::uint64_t below(std::uint64_t limit) { return next() % limit; }
     bool coin() { return (next() >> 63) != 0; }
+    /// The numbers from 0 to size - 1 in any order.
+    std::vector<std::size_t> order(std::size_t size) {
+        std::vector<std::size_t> numbers(size);
+        for (std::size_t i = 0; i < size; ++i) {
+            const std::size_t place = below(i + 1);
+            numbers[i] = numbers[place];
+            numbers[place] = i;
+        }
+        return numbers;
+    }
 
   private:
     std::uint64_t m_state = 0;

@@ -62,7 +62,7 @@ std::string comparisonPage(const std::string& title, const Report& report, const
                     {"csv", csv(report)},
                     {"pairs", pairsJson(course)},
                     {"course", courseJson(course)}};
-    page.data.push_back({"run", data.dump(-1, ' ', false, Json::error_handler_t::replace)});
+    page.data.push_back({"comparison", data.dump(-1, ' ', false, Json::error_handler_t::replace)});
     for (const char* script : {"comparison_model.js", "comparison_answer.js", "comparison_point.js",
                                "comparison_views.js", "comparison.js"}) {
         page.scripts.push_back(part(script));

@@ -19,7 +19,7 @@
 namespace lab {
 
 struct PageData {
-    std::string id;    ///< letters, digits and "-"
+    std::string id;    ///< letters, digits and "-"; of no section
     std::string json;  ///< one JSON value; whatever its texts hold, it stays data
 };
 

@@ -18,7 +18,7 @@ namespace {
 
 using Cells = std::vector<std::string>;
 
-constexpr int mostLines = 500000;
+constexpr int mostLines = 200000;
 constexpr std::size_t mostBytes = std::size_t(64) << 20;
 constexpr std::size_t longestLine = 4096;
 constexpr std::size_t mostColumns = 32;  // that metrig writes

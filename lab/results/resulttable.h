@@ -42,7 +42,7 @@ struct ResultTable {
 
 /// Reads a table, or a table of names. Whatever is no such table: std::runtime_error that begins with "line
 /// N:". A last line without its end is left out with a warning, since a run may be writing it. `names` are
-/// used for functions that the table has no name line of. Takes memory for 500,000 lines of 4,096 bytes at
+/// used for functions that the table has no name line of. Takes memory for 200,000 lines of 4,096 bytes at
 /// most, and refuses more.
 ResultTable readResults(std::istream& file, const ParameterNames& names = {});
 

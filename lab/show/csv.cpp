@@ -33,7 +33,10 @@ std::string cellOf(std::string_view text) {
     return bare ? cell : "\"" + cell + "\"";
 }
 
-std::string cellOf(std::optional<double> figure) { return figure ? fmt::format("{}", *figure) : ""; }
+template <class Number>
+std::string cellOf(const std::optional<Number>& figure) {
+    return figure ? fmt::format("{}", *figure) : "";
+}
 
 std::string lineOf(const Cells& cells) {
     std::string line;
@@ -110,7 +113,7 @@ Cells othersOf(const Point& point) {
         marks += (marks.empty() ? "" : "; ") + mark;
     }
     return {cellOf(point.unit),
-            cellOf(point.divisor),
+            fmt::format("{}", point.divisor),
             cellOf(word(decision.verdict)),
             cellOf(word(decision.reason)),
             cellOf(ratioFigure(decision.interval.low)),

@@ -1,64 +1,17 @@
 #include "show/json.h"
 
-#include <nlohmann/json.hpp>
-#include <optional>
-#include <utility>
-#include <vector>
+#include <string>
+#include <string_view>
 
-#include "show/figures.h"
+#include "show/jsonparts.h"
 #include "show/results.h"
 
 namespace lab {
 namespace {
 
-using Json = nlohmann::ordered_json;
-
-Json orNull(std::optional<double> value) { return value ? Json(*value) : Json(nullptr); }
-
-Json figure(double value, int decimals) { return orNull(rounded(value, decimals)); }
-Json ratio(double logRatio) { return orNull(ratioFigure(logRatio)); }
-Json clocks(double value) { return orNull(clocksFigure(value)); }
-
-Json text(std::string_view value) { return value.empty() ? Json(nullptr) : Json(value); }
-
-Json toJson(const Build& build) {
-    Json objects = Json::array();
-    for (const SharedObject& object : build.objects) {
-        objects.push_back({{"path", object.path}, {"sha256", object.sha256}, {"buildId", object.buildId}});
-    }
-    return {{"name", build.name},
-            {"keys", build.keys},
-            {"library", build.library},
-            {"mask", build.mask},
-            {"objects", objects}};
-}
-
-Json toJson(const Machine& machine) {
-    return {{"processor", machine.processor},
-            {"kernel", machine.kernel},
-            {"hypervisor", text(machine.hypervisor)},
-            {"governor", text(machine.governor)},
-            {"bits", machine.bits},
-            {"mhz", machine.mhz},
-            {"core", machine.core},
-            {"siblings", machine.siblings},
-            {"load", figure(machine.load, 2)},
-            {"steal", figure(machine.steal, 4)}};
-}
-
-Json toJson(const Fate& fate) { return {{"status", fate.status}, {"death", text(fate.death)}}; }
-
 Json ratioOf(const Decision& decision) {
     const Json middle = decision.pairs > 0 ? ratio(decision.interval.middle) : Json(nullptr);
     return Json::array({ratio(decision.interval.low), middle, ratio(decision.interval.high)});
-}
-
-Json objectOf(const std::vector<std::pair<std::string, std::string>>& parameters) {
-    Json object = Json::object();
-    for (const auto& [name, value] : parameters) {
-        object[name] = value;
-    }
-    return object;
 }
 
 Json toJson(const Point& point) {
@@ -123,10 +76,6 @@ Json arrayOf(const Items& items) {
         array.push_back(toJson(item));
     }
     return array;
-}
-
-std::string documentOf(const Json& json) {
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace

@@ -125,9 +125,10 @@ std::string pointsThatAreNotSame(const Report& report) {
     if (lines.empty()) {
         return "";
     }
-    return folded(fmt::format("{} points that differ or cannot be told", lines.size()),
-                  headOf({"function", "point", "verdict", "change ", "interval", "clocks of one call"}) +
-                      linesOf(lines, mostFolded, pointLine));
+    return folded(
+        fmt::format("{} point{} that differ or cannot be told", lines.size(), lines.size() == 1 ? "" : "s"),
+        headOf({"function", "point", "verdict", "change ", "interval", "clocks of one call"}) +
+            linesOf(lines, mostFolded, pointLine));
 }
 
 std::string item(std::string_view name, std::string_view text) {

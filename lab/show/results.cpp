@@ -3,38 +3,15 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <map>
 #include <utility>
 
+#include "show/columns.h"
 #include "show/table.h"
 
 namespace lab {
 namespace {
-
-using Cells = std::array<std::string, 6>;
-/// The first cell and the last are texts, those between are figures and stand to the right.
-constexpr std::size_t lastCell = std::tuple_size_v<Cells> - 1;
-
-std::string aligned(const std::vector<Cells>& rows) {
-    std::array<std::size_t, std::tuple_size_v<Cells>> widths{};
-    for (const Cells& cells : rows) {
-        for (std::size_t i = 0; i < cells.size(); ++i) {
-            widths[i] = std::max(widths[i], cells[i].size());
-        }
-    }
-    std::string text;
-    for (const Cells& cells : rows) {
-        std::string line = fmt::format("{:{}}", cells[0], widths[0]);
-        for (std::size_t i = 1; i < lastCell; ++i) {
-            line += widths[i] > 0 ? fmt::format("  {:>{}}", cells[i], widths[i]) : "";
-        }
-        line += "  " + cells[lastCell];
-        text += line.substr(0, line.find_last_not_of(' ') + 1) + "\n";
-    }
-    return text;
-}
 
 std::vector<Cells> functionRows(const ResultTable& results) {
     std::vector<Cells> rows{{"function", "results", "least clocks", "most", "", "per"}};
@@ -48,8 +25,9 @@ std::vector<Cells> functionRows(const ResultTable& results) {
 std::vector<Cells> resultRows(const ResultTable& results) {
     std::vector<Cells> rows{{"function", "clocks", "per", "usec", "calls", "point"}};
     for (const ResultRow& row : results.rows) {
+        const std::optional<std::int64_t> calls = callsOf(row);
         rows.push_back({printable(row.function), figureText(row.clocks), printable(row.unit),
-                        figureText(row.microseconds), figureText(callsOf(row)),
+                        figureText(row.microseconds), calls ? std::to_string(*calls) : "?",
                         printable(parameterText(row.parameters)) + (row.hot ? " (hot)" : "")});
     }
     return rows;
@@ -59,10 +37,10 @@ std::vector<Cells> resultRows(const ResultTable& results) {
 
 std::string figureText(std::optional<double> value) { return value ? fmt::format("{}", *value) : "?"; }
 
-std::optional<double> callsOf(const ResultRow& row) {
+std::optional<std::int64_t> callsOf(const ResultRow& row) {
     for (const std::string_view name : {"nLps=", "nCalls="}) {
         const std::size_t at = row.comment.find(name);
-        double calls = 0;
+        std::int64_t calls = 0;
         if (at != std::string::npos) {
             const char* const end = row.comment.data() + row.comment.size();
             if (std::from_chars(row.comment.data() + at + name.size(), end, calls).ec == std::errc()) {

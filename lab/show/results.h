@@ -2,6 +2,7 @@
 
 /// A table of metrig's results as it is shown: what all its forms say of it.
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,7 +16,7 @@ namespace lab {
 std::string figureText(std::optional<double> value);
 
 /// The calls that a result stands on, by its comment; nothing where that does not tell.
-std::optional<double> callsOf(const ResultRow& row);
+std::optional<std::int64_t> callsOf(const ResultRow& row);
 
 /// What a run says by that name; several libraries with "; " between.
 std::string titleOf(const ResultRun& run, std::string_view name);

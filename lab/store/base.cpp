@@ -14,7 +14,7 @@ std::int64_t idOf(Database& base) { return base.number("PRAGMA application_id");
 std::unique_ptr<Database> openBase(const std::string& path, int flags, BaseId id) {
     auto base = std::make_unique<Database>(path, flags);
     const std::int64_t found = idOf(*base);
-    if (id == BaseId::comparison && found == static_cast<std::int64_t>(BaseId::merged)) {
+    if (id == BaseId::one && found == static_cast<std::int64_t>(BaseId::merged)) {
         throw std::runtime_error(path + ": holds merged sessions; each goes on in its own store");
     }
     if (found != static_cast<std::int64_t>(id)) {

@@ -15,8 +15,8 @@ constexpr int StoreVersion = 1;
 
 /// The application id that SQLite keeps in a file.
 enum class BaseId : std::int64_t {
-    comparison = 0x6D6C6162,  ///< "mlab": one comparison
-    merged = 0x6D6C6D67,      ///< "mlmg": sessions of a comparison on several machines
+    one = 0x6D6C6162,     ///< "mlab": one comparison or measurement
+    merged = 0x6D6C6D67,  ///< "mlmg": sessions of a comparison on several machines
 };
 
 /// `flags` as Database takes them. std::runtime_error if the file is another one, or of another version.

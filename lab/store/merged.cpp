@@ -55,7 +55,7 @@ Source sourceOf(const std::string& path, int session) {
     Source source{path,
                   session,
                   valueOf(head.settings, "session"),
-                  valueOf(head.settings, "kind"),
+                  valueOf(head.settings, "machine kind"),
                   valueOf(head.settings, "margin"),
                   valueOf(head.settings, "finished") == "yes",
                   head.sides};

@@ -45,10 +45,44 @@ CREATE TABLE warning(warning INTEGER PRIMARY KEY, text TEXT NOT NULL UNIQUE);
 )";
 
 const char* const finishedSetting = "finished";
+const char* const kindSetting = "kind";
+const char* const measurementWord = "measurement";
 
 std::array<Fate, 2> fatesAt(const Statement& row, int column) {
     return {Fate{static_cast<int>(row.number(column)), row.text(column + 1)},
             Fate{static_cast<int>(row.number(column + 2)), row.text(column + 3)}};
+}
+
+std::string settingOf(Database& base, const char* name) {
+    Statement row(base, "SELECT value FROM setting WHERE name = ?");
+    return row.with(name).row() ? row.text(0) : "";
+}
+
+StoreKind kindIn(Database& base) {
+    return settingOf(base, kindSetting) == measurementWord ? StoreKind::measurement : StoreKind::comparison;
+}
+
+std::string named(StoreKind kind) {
+    return kind == StoreKind::measurement ? "a measurement of one build" : "a comparison of two builds";
+}
+
+void checkKind(Database& base, const std::string& path, StoreKind kind, const std::string& advice) {
+    if (kindIn(base) != kind) {
+        throw std::runtime_error(path + ": holds " + named(kindIn(base)) + ", not " + named(kind) + advice);
+    }
+}
+
+void checkIsThere(const std::string& path) {
+    if (!std::filesystem::is_regular_file(path)) {
+        throw std::runtime_error(path + ": no such file");
+    }
+}
+
+std::unique_ptr<Database> openExisting(const std::string& path) {
+    checkIsThere(path);
+    // SQLite writes beside a file that a killed process left behind even to read it
+    return openBase(path, access(path.c_str(), W_OK) == 0 ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY,
+                    BaseId::one);
 }
 
 }  // namespace
@@ -74,7 +108,7 @@ struct Store::Lock {
 
 void Store::LockEnd::operator()(Lock* lock) const { delete lock; }
 
-void Store::checkPath(const std::string& path) {
+void Store::checkPath(const std::string& path, StoreKind kind) {
     const bool isThere = std::filesystem::exists(path);
     const Lock lock(path);
     if (!isThere) {
@@ -83,17 +117,17 @@ void Store::checkPath(const std::string& path) {
         if (Database(path, SQLITE_OPEN_READWRITE).number("SELECT count(*) FROM sqlite_master") == 0) {
             return;  // of a process that was killed before it wrote the first table
         }
-        const auto old = openBase(path, SQLITE_OPEN_READWRITE, BaseId::comparison);
-        Statement finished(*old, "SELECT value FROM setting WHERE name = ?");
-        if (!finished.with(finishedSetting).row() || finished.text(0) != "yes") {
-            throw std::runtime_error(
-                path + ": holds a comparison that is not finished; resume it or take another name");
+        const auto old = openBase(path, SQLITE_OPEN_READWRITE, BaseId::one);
+        checkKind(*old, path, kind, "; take another name");
+        if (settingOf(*old, finishedSetting) != "yes") {
+            throw std::runtime_error(path + ": holds " + named(kind) +
+                                     " that is not finished; resume it or take another name");
         }
     }
 }
 
 Store Store::create(const std::string& path, const StoredHead& head) {
-    checkPath(path);
+    checkPath(path, head.kind);
     LockOwner lock(new Lock(path));
     // in place, as the lock is on the file: its tables go, all of them
     auto base = std::make_unique<Database>(path, SQLITE_OPEN_READWRITE);
@@ -105,27 +139,26 @@ Store Store::create(const std::string& path, const StoredHead& head) {
     Store store(std::move(lock), std::move(base));
     Transaction transaction(*store.m_base);
     store.m_base->run(tables);
-    setBaseId(*store.m_base, BaseId::comparison);
+    setBaseId(*store.m_base, BaseId::one);
     store.putHead(head);
     transaction.commit();
     return store;
 }
 
-Store Store::open(const std::string& path, bool writing) {
-    if (!std::filesystem::is_regular_file(path)) {
-        throw std::runtime_error(path + ": no such file");
-    }
+Store Store::open(const std::string& path, bool writing, StoreKind kind) {
+    checkIsThere(path);
     LockOwner lock(writing ? new Lock(path) : nullptr);
-    // SQLite writes beside a file that a killed process left behind even to read it
-    auto base = openBase(path, access(path.c_str(), W_OK) == 0 ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY,
-                         BaseId::comparison);
+    auto base = openExisting(path);
+    checkKind(*base, path, kind, "");
     if (writing) {
         base->run("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
     }
     return {std::move(lock), std::move(base)};
 }
 
-bool Store::isOne(const std::string& path) { return isBase(path, BaseId::comparison); }
+StoreKind Store::kindOf(const std::string& path) { return kindIn(*openExisting(path)); }
+
+bool Store::isOne(const std::string& path) { return isBase(path, BaseId::one); }
 
 Store Store::openSession(const std::string& path, int session) {
     auto base = openBase(path, SQLITE_OPEN_READONLY, BaseId::merged);
@@ -145,12 +178,17 @@ void Store::putHead(const StoredHead& head) {
     for (const auto& [name, value] : head.settings) {
         setSetting(name, value);
     }
+    if (head.kind == StoreKind::measurement) {
+        setSetting(kindSetting, measurementWord);
+    }
     Statement machine(*m_base, "INSERT INTO machine(name, value) VALUES(?, ?)");
     for (const auto& [name, value] : head.machine) {
         machine.with(name, value).run();
     }
     putSide(0, head.sides[0]);
-    putSide(1, head.sides[1]);
+    if (head.kind == StoreKind::comparison) {
+        putSide(1, head.sides[1]);
+    }
     for (std::size_t i = 0; i < head.points.size(); ++i) {
         putPoint(static_cast<int>(i), head.points[i]);
     }
@@ -215,6 +253,7 @@ StoredHead Store::head() {
 
 StoredHead Store::headWithoutPoints() {
     StoredHead head;
+    head.kind = kindIn(*m_base);
     head.settings = namedTexts("SELECT name, value FROM setting ORDER BY name");
     head.machine = namedTexts("SELECT name, value FROM machine ORDER BY position");
     for (Statement row(*m_base,
@@ -257,11 +296,13 @@ void Store::addVisits(int pair, const std::vector<StoredVisit>& visits) {
     transaction.commit();
 }
 
-void Store::eachVisit(const std::function<void(int pair, StoredVisit&& visit)>& take) {
-    for (Statement row(*m_base,
-                       "SELECT pair, point, fresh, turns, older_status, older_death, newer_status, "
-                       "newer_death FROM visit ORDER BY pair, point");
-         row.row();) {
+void Store::eachVisit(const std::function<void(int pair, StoredVisit&& visit)>& take, VisitOrder order) {
+    const std::string query =
+        std::string(
+            "SELECT pair, point, fresh, turns, older_status, older_death, newer_status, newer_death "
+            "FROM visit ORDER BY ") +
+        (order == VisitOrder::byPair ? "pair, point" : "point, pair");
+    for (Statement row(*m_base, query.c_str()); row.row();) {
         auto turns = decodeTurns(row.text(3));
         if (!turns) {
             throw std::runtime_error("the store holds turns that are none");
@@ -341,10 +382,7 @@ void Store::setSetting(const std::string& name, const std::string& value) {
     Statement(*m_base, "INSERT OR REPLACE INTO setting VALUES(?, ?)").with(name, value).run();
 }
 
-std::string Store::setting(const std::string& name) {
-    Statement row(*m_base, "SELECT value FROM setting WHERE name = ?");
-    return row.with(name).row() ? row.text(0) : "";
-}
+std::string Store::setting(const std::string& name) { return settingOf(*m_base, name.c_str()); }
 
 void Store::finish() {
     setSetting(finishedSetting, "yes");

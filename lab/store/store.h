@@ -1,6 +1,7 @@
 #pragma once
 
-/// What a comparison keeps: one SQLite file, sound after the process was killed at any moment.
+/// What a comparison keeps, or a measurement of one build: one SQLite file, sound after the process was
+/// killed at any moment.
 
 #include <array>
 #include <functional>
@@ -17,6 +18,10 @@
 namespace lab {
 
 using NamedTexts = std::vector<std::pair<std::string, std::string>>;
+
+/// What a store holds. A measurement has one side, which stands in the place of the old one, and a pair of it
+/// is a process by itself.
+enum class StoreKind { comparison, measurement };
 
 struct StoredObject {
     std::string name;
@@ -47,8 +52,9 @@ struct StoredPoint {
     std::vector<std::string> marks;
 };
 
-/// What is kept of a comparison before the first pair.
+/// What is kept before the first pair.
 struct StoredHead {
+    StoreKind kind = StoreKind::comparison;
     NamedTexts settings;
     NamedTexts machine;
     std::array<StoredSide, 2> sides;
@@ -63,10 +69,12 @@ struct StoredVisit {
     std::array<Fate, 2> fates;  ///< old, new
 };
 
+enum class VisitOrder { byPair, byPoint };
+
 /// What a pair was started with.
 struct StoredPair {
     int number = 0;
-    double seconds = 0.0;   ///< since the comparison began
+    double seconds = 0.0;   ///< from the start of the run to its end
     double busyness = 1.0;  ///< of the canary
     double steal = 0.0;     ///< share of time that a host took
     double load = 0.0;
@@ -75,14 +83,17 @@ struct StoredPair {
 class Store {
   public:
     /// std::runtime_error if create() would refuse the path now.
-    static void checkPath(const std::string& path);
-    /// A new store that holds `head`. Takes the place of one whose comparison is finished; std::runtime_error
-    /// if there is any other file.
+    static void checkPath(const std::string& path, StoreKind kind);
+    /// A new store that holds `head`. Takes the place of a finished one of its kind; std::runtime_error if
+    /// there is any other file.
     static Store create(const std::string& path, const StoredHead& head);
 
     /// One that is there. To go on with (`writing`), or to look at, also while another process goes on with
-    /// it. std::runtime_error if it is none of this version, or another process writes to it.
-    static Store open(const std::string& path, bool writing);
+    /// it. std::runtime_error if it is none of this version or holds the other kind, or another process
+    /// writes to it.
+    static Store open(const std::string& path, bool writing, StoreKind kind = StoreKind::comparison);
+    /// What the store holds that is there; std::runtime_error if it is none of this version.
+    static StoreKind kindOf(const std::string& path);
 
     /// Whether the file is there and is a store.
     static bool isOne(const std::string& path);
@@ -94,8 +105,9 @@ class Store {
 
     /// One transaction: the visits of a test by a pair.
     void addVisits(int pair, const std::vector<StoredVisit>& visits);
-    /// All visits in the order of pairs.
-    void eachVisit(const std::function<void(int pair, StoredVisit&& visit)>& take);
+    /// All visits, in the order of pairs or in that of points, and then of pairs.
+    void eachVisit(const std::function<void(int pair, StoredVisit&& visit)>& take,
+                   VisitOrder order = VisitOrder::byPair);
     /// Points that the pair has visited.
     std::set<int> pointsVisited(int pair);
 
@@ -115,7 +127,7 @@ class Store {
     /// Empty for one that is not there.
     std::string setting(const std::string& name);
 
-    /// The comparison is said to be finished, and all is in the one file unless others read it just now.
+    /// The run is said to be finished, and all is in the one file unless others read it just now.
     void finish();
 
   private:

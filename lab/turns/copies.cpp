@@ -76,7 +76,7 @@ void writeFiller(const std::string& path, std::uint64_t pages) {
 
 }  // namespace
 
-LibraryCopies::LibraryCopies(const std::array<std::string, 2>& folders, Random& random) {
+LibraryCopies::LibraryCopies(const std::vector<std::string>& folders, Random& random) {
     const std::string home = homeOfCopies();
     removeAbandoned(home);
     m_base = home + "/" + namesBegin + "XXXXXX";
@@ -86,12 +86,11 @@ LibraryCopies::LibraryCopies(const std::array<std::string, 2>& folders, Random& 
     m_lock = open(m_base.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     flock(m_lock, LOCK_EX);
     try {
-        const int first = random.coin() ? 0 : 1;
-        for (const int side : {first, 1 - first}) {
+        for (const std::size_t side : random.order(folders.size())) {
             fs::create_directory(folder(side));
             for (const std::string& name : libraryObjects) {
                 writeFiller(folder(side) + "/filler-" + name, random.below(FillerPages));
-                copy(folders[static_cast<std::size_t>(side)] + "/" + name, folder(side) + "/" + name);
+                copy(folders[side] + "/" + name, folder(side) + "/" + name);
             }
         }
     } catch (...) {

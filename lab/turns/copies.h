@@ -1,9 +1,9 @@
 #pragma once
 
-/// Fresh copies of the libraries of both sides. The pages of a file stay the same for hours, and which they
-/// are shows in the figures, so each pair of processes gets pages of its own.
+/// Fresh copies of libraries. The pages of a file stay the same for hours, and which they
+/// are shows in the figures, so each process gets pages of its own.
 
-#include <array>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -15,19 +15,19 @@ namespace lab {
 inline const std::vector<std::string> libraryObjects = {"libzylcore.so.10", "libzyls.so.10",
                                                         "libzylch.so.10"};
 
-/// Two folders in memory, where the system has room for files that can be mapped as programs there. They
+/// Folders in memory, where the system has room for files that can be mapped as programs there. They
 /// vanish with the object, and what an object of a killed process left behind vanishes with the next one.
 class LibraryCopies {
   public:
-    /// `folders` hold the originals, of the old side and of the new one. std::runtime_error if a file can't
-    /// be read or written.
-    LibraryCopies(const std::array<std::string, 2>& folders, Random& random);
+    /// `folders` hold the originals, of one side or of two; these are copied in random order.
+    /// std::runtime_error if a file can't be read or written.
+    LibraryCopies(const std::vector<std::string>& folders, Random& random);
     LibraryCopies(const LibraryCopies&) = delete;
     LibraryCopies& operator=(const LibraryCopies&) = delete;
     ~LibraryCopies();
 
     /// Of side 0 or 1; both are of one length.
-    std::string folder(int side) const { return m_base + (side == 0 ? "/old" : "/new"); }
+    std::string folder(std::size_t side) const { return m_base + (side == 0 ? "/old" : "/new"); }
 
     /// Takes the files away before the object ends; who has them mapped keeps them.
     void remove();

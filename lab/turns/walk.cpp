@@ -69,10 +69,14 @@ class Walker {
     std::unordered_map<std::string, int> m_times;
 };
 
-class PairWalk {
+class Walk {
   public:
-    PairWalk(Instrument& older, Instrument& newer, const Route& route, const WalkTask& task)
-        : m_walkers{Walker(older, route), Walker(newer, route)}, m_route(route), m_task(task) {}
+    Walk(std::span<Instrument* const> sides, const Route& route, const WalkTask& task)
+        : m_route(route), m_task(task) {
+        for (Instrument* const side : sides) {
+            m_walkers.emplace_back(*side, route);
+        }
+    }
 
     WalkEnd run() {
         for (std::size_t first = 0; first < m_task.points.size() && !m_task.stop();) {
@@ -86,7 +90,7 @@ class PairWalk {
                 m_walkers[side].leaveTest();
             }
             if (isLost()) {
-                return {function, {lossOf(0), lossOf(1)}};
+                return lostIn(function);
             }
             m_task.finish(function, std::move(visits));
             first = end;
@@ -95,23 +99,24 @@ class PairWalk {
     }
 
   private:
-    /// Both sides, drawn by lot which is first. Whoever makes its data first gets other pages than the
+    /// All sides, drawn by lot which is first. Whoever makes its data first gets other pages than the
     /// second, so a fixed order would make a difference that all pairs share.
-    std::array<std::size_t, 2> anyOrder() {
-        const std::size_t first = m_lots.coin() ? 0 : 1;
-        return {first, 1 - first};
-    }
+    std::vector<std::size_t> anyOrder() { return m_lots.order(m_walkers.size()); }
 
     const std::string& functionOf(std::size_t wanted) const {
         return m_route.points()[m_task.points[wanted]].function;
     }
 
-    std::string lossOf(std::size_t side) {
-        const auto& loss = m_walkers[side].instrument().loss();
-        return loss ? loss->what : "";
+    WalkEnd lostIn(const std::string& function) {
+        WalkEnd end{function, {}};
+        for (std::size_t side = 0; side < m_walkers.size(); ++side) {
+            const auto& loss = m_walkers[side].instrument().loss();
+            end.losses.at(side) = loss ? loss->what : "";
+        }
+        return end;
     }
 
-    bool isLost() { return !lossOf(0).empty() || !lossOf(1).empty(); }
+    bool isLost() { return lostIn("").lost(); }
 
     /// The wanted points of one test. A test that ended on one side is not measured any further.
     std::vector<Visit> visitTest(std::size_t first, std::size_t end) {
@@ -120,15 +125,15 @@ class PairWalk {
             Visit visit;
             visit.point = m_task.points[i];
             m_lots = {m_task.seed, m_task.pair, visit.point};
-            if (bothGoOn()) {
+            if (allGoOn()) {
                 for (const std::size_t side : anyOrder()) {
                     reach(side, visit.point);
                 }
             }
-            if (bothGoOn() && !isLost()) {
+            if (allGoOn() && !isLost()) {
                 takeTurns(visit);
             }
-            for (std::size_t side = 0; side < 2; ++side) {
+            for (std::size_t side = 0; side < m_walkers.size(); ++side) {
                 noteEnd(side, visit.fates[side]);
             }
             visits.push_back(std::move(visit));
@@ -146,7 +151,7 @@ class PairWalk {
         m_ended[side].status = fate.status;
     }
 
-    bool bothGoOn() const { return m_ended[0].death.empty() && m_ended[1].death.empty(); }
+    bool allGoOn() const { return m_ended[0].death.empty() && m_ended[1].death.empty(); }
 
     void reach(std::size_t side, std::size_t point) {
         Walker& walker = m_walkers[side];
@@ -175,6 +180,15 @@ class PairWalk {
                                                             : std::optional(std::move(take.ticks));
     }
 
+    /// Has another side the same fate?
+    void seeFateOfOthers(std::size_t side, const TurnSize& size, Visit& visit) {
+        for (std::size_t other = 0; other < m_walkers.size(); ++other) {
+            if (other != side) {
+                take(other, size, visit);
+            }
+        }
+    }
+
     void takeTurns(Visit& visit) {
         const auto size = sizeOfTurns(visit);
         if (!size) {
@@ -184,8 +198,7 @@ class PairWalk {
             for (const std::size_t side : anyOrder()) {
                 auto turn = take(side, *size, visit);
                 if (!turn) {
-                    // has the other side the same fate?
-                    take(1 - side, *size, visit);
+                    seeFateOfOthers(side, *size, visit);
                     visit.turns.clear();
                     return;
                 }
@@ -196,7 +209,7 @@ class PairWalk {
         }
     }
 
-    /// Ticks of a call on the faster side, by the least of some blocks of `calls`; 0 if a side did not live
+    /// Ticks of a call on the fastest side, by the least of some blocks of `calls`; 0 if a side did not live
     /// to tell.
     double ticksOfCall(long long calls, int blocks, Visit& visit) {
         double least = 0.0;
@@ -216,7 +229,7 @@ class PairWalk {
     }
 
     /// One call by itself says too much, as the reading of the clock is in it, so a second look follows with
-    /// as many as that allows. Both sides are warm then. Nothing if a side did not live to tell.
+    /// as many as that allows. All sides are warm then. Nothing if a side did not live to tell.
     std::optional<TurnSize> sizeOfTurns(Visit& visit) {
         TurnSize size;
         if (ticksOfCall(1, ColdBlocks, visit) <= 0.0) {
@@ -235,7 +248,7 @@ class PairWalk {
         return size;
     }
 
-    std::array<Walker, 2> m_walkers;
+    std::vector<Walker> m_walkers;
     const Route& m_route;
     const WalkTask& m_task;
     Random m_lots{};  ///< of the point, so that a pair that was interrupted draws the same for what is left
@@ -281,8 +294,8 @@ TurnSize turnSize(const TurnShape& shape, double ticksOfCall, int mhz) {
     return {1, std::clamp(static_cast<int>(std::min(callsOfTurn, 1e6)), 1, shape.blocks)};
 }
 
-WalkEnd walk(Instrument& older, Instrument& newer, const Route& route, const WalkTask& task) {
-    return PairWalk(older, newer, route, task).run();
+WalkEnd walk(std::span<Instrument* const> sides, const Route& route, const WalkTask& task) {
+    return Walk(sides, route, task).run();
 }
 
 }  // namespace lab

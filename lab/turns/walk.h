@@ -1,11 +1,13 @@
 #pragma once
 
-/// Two instruments walk the same points in step and take turns at those that are wanted.
+/// Instruments that walk the same points in step and take turns at those that are wanted: both sides of a
+/// comparison, or one by itself.
 
 #include <array>
 #include <cstddef>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -55,11 +57,11 @@ struct TurnSize {
 };
 TurnSize turnSize(const TurnShape& shape, double ticksOfCall, int mhz);
 
-/// What a pair measured at a point of a route.
+/// What the instruments measured at a point of a route.
 struct Visit {
     std::size_t point = 0;
     std::vector<Turn> turns;
-    std::array<Fate, 2> fates;  ///< old, new
+    std::array<Fate, 2> fates;  ///< old, new; of one instrument the first
 };
 
 struct WalkTask {
@@ -67,13 +69,13 @@ struct WalkTask {
     TurnShape shape;
     int mhz = 0;
     std::uint64_t seed = 0;
-    std::uint64_t pair = 0;
-    std::function<bool()> stop;                                          ///< asked before each test
-    std::function<double()> seconds;                                     ///< since the comparison began
+    std::uint64_t pair = 0;           ///< or process, where there is one side: its random numbers
+    std::function<bool()> stop;       ///< asked before each test
+    std::function<double()> seconds;  ///< since the run began
     std::function<void(const std::string&, std::vector<Visit>)> finish;  ///< takes the visits of a function
 };
 
-/// Which side was lost within which function. No side: the walk is done.
+/// Which side was lost within which function. None: the walk is done.
 struct WalkEnd {
     std::string function;
     std::array<std::string, 2> losses;  ///< old, new; empty: that side would have gone on
@@ -83,7 +85,8 @@ struct WalkEnd {
 
 /// Walks until all wanted points are visited, the task says stop or an instrument is lost; what was measured
 /// of the function where that was is dropped. A test that ends by itself, with a signal say, is no loss: its
-/// points have that fate.
-WalkEnd walk(Instrument& older, Instrument& newer, const Route& route, const WalkTask& task);
+/// points have that fate. `sides` are the old one and the new one, or one alone, whose turns and fates are
+/// then those of the old side.
+WalkEnd walk(std::span<Instrument* const> sides, const Route& route, const WalkTask& task);
 
 }  // namespace lab

@@ -14,7 +14,9 @@
 ///
 /// Size. A build that is faster throughout is no case of two states, so at least an eighth of the pairs of
 /// the side named must be slow, and its slow ones as slow as those of the other side: the medians within half
-/// of the gap. The other side may be fast at one pair of twenty at most.
+/// of the gap. The other side may be fast at one pair of twenty at most. And it must not care: its medians in
+/// the pairs where the side named is fast and where it is slow lie within 5%. Else the pair as a whole was
+/// disturbed, and the disturbed calls of a fast build happen to take as long as the calls of a slow one.
 
 #include "verdict/states.h"
 
@@ -66,6 +68,9 @@ struct Cluster {
     int alone = 0;  ///< fast where the other side is slow
     std::size_t fast = 0;
     std::vector<double> slow;
+    std::vector<double> otherWhenFast;
+    std::vector<double> otherWhenSlow;
+
     void add(double value, double other, const Gap& gap) {
         const bool isFast = value <= gap.fast;
         alone += isFast && other > gap.fast;
@@ -73,15 +78,21 @@ struct Cluster {
         if (!isFast) {
             slow.push_back(value);
         }
+        (isFast ? otherWhenFast : otherWhenSlow).push_back(other);
     }
 };
+
+bool areNear(const std::vector<double>& some, const std::vector<double>& others, double distance) {
+    return std::abs(median(some) - median(others)) <= distance;
+}
 
 bool onlyFast(const Cluster& side, const Cluster& other, const Gap& gap, std::size_t pairs) {
     const bool certain = std::any_of(looks.begin(), looks.end(), [&](const Look& look) {
         return side.alone + other.alone >= look.pairs && other.alone < look.rank;
     });
     return certain && other.fast * oneOfFast <= pairs && side.slow.size() * oneOfSlow >= pairs &&
-           std::abs(median(side.slow) - median(other.slow)) <= gap.width() / 2;
+           areNear(side.slow, other.slow, gap.width() / 2) &&
+           areNear(side.otherWhenFast, side.otherWhenSlow, leastGap);
 }
 
 }  // namespace

@@ -3,22 +3,26 @@
 // that it does not name is the library's own.
 
 #include <dlfcn.h>
+#include <linux/seccomp.h>
+#include <pthread.h>
 #include <sys/mman.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/time.h>
 #include <unistd.h>
 #include <xmmintrin.h>
 #include <zylch.h>
 
+#include <algorithm>
 #include <clocale>
 #include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <new>
-#include <optional>
 #include <string>
-#include <type_traits>
 
 namespace {
 
@@ -41,10 +45,10 @@ void bus() {
 void trap() { asm volatile("int3"); }
 void refusedCall() { std::raise(SIGSYS); }
 
-void throwException() { throw std::bad_alloc(); }
-void throwNumber() { throw 3; }
+int throwException() { throw std::bad_alloc(); }
+int throwNumber() { throw 3; }
 /// Takes all that the process may have, and keeps it.
-void useUpMemory() {
+int useUpMemory() {
     std::size_t pages = 0;
     std::fscanf(std::fopen("/proc/self/statm", "r"), "%zu", &pages);
     const rlimit limit = {pages * 4096 + 0x4000000, RLIM_INFINITY};
@@ -134,52 +138,171 @@ void tellState() {
     told = true;
 }
 
+int returnNone() { return 0; }
+int returnNegative() { return -8; }
+int returnPositive() { return 5; }
+
+// Ways to end a process that none of its own handlers sees.
+
+void exitProcess() { std::exit(3); }
+void exitAtOnce() { _exit(4); }
+void exitQuickly() { std::quick_exit(5); }
+/// Behind the compiler's back.
+[[gnu::noinline]] void spoil(char* start, std::size_t size) {
+    std::memset(start, 0x41, size);
+    asm volatile("" ::: "memory");
+}
+/// Writes over the head of the block behind its own, which is found out when that is given back.
+void damageHeap() {
+    const std::size_t size = 50000;  // of the end of the heap, so side by side
+    char* block = static_cast<char*>(std::malloc(size));
+    char* next = static_cast<char*>(std::malloc(size));
+    spoil(block, size + 32);
+    std::free(next);
+    std::free(block);
+}
+void unmapHeap() {
+    std::FILE* maps = std::fopen("/proc/self/maps", "r");
+    char line[512];
+    while (std::fgets(line, sizeof line, maps) != nullptr) {
+        unsigned long begin = 0;
+        unsigned long end = 0;
+        if (std::strstr(line, "[heap]") != nullptr && std::sscanf(line, "%lx-%lx", &begin, &end) == 2) {
+            munmap(reinterpret_cast<void*>(begin), end - begin);
+        }
+    }
+}
+void smashStack() {
+    char here = 0;
+    spoil(&here, 0x4000);
+}
+void spin() {
+    for (;;) {
+        sink = sink + 1;
+    }
+}
+void spinDeaf() {
+    blockSignals();
+    spin();
+}
+void readDeaf() {
+    blockSignals();
+    read();
+}
+void readByDefault() {
+    takeHandlers();
+    read();
+}
+void overflowWithoutStack() {
+    takeSignalStack();
+    overflow();
+}
+void crashThread() {
+    pthread_t thread;
+    pthread_create(
+        &thread, nullptr, [](void*) -> void* { return read(), nullptr; }, nullptr);
+    pthread_join(thread, nullptr);
+}
+void leaveThread() { pthread_exit(nullptr); }
+void closeAll() {
+    for (int number = 0; number < 1024; ++number) {
+        close(number);
+    }
+}
+void freeze() { std::raise(SIGSTOP); }
+/// By a signal that nobody waits for.
+void wakeUp() {
+    const itimerval soon = {{0, 0}, {0, 10000}};
+    setitimer(ITIMER_REAL, &soon, nullptr);
+    neverReturn();
+}
+void refuseAllCalls() { prctl(PR_SET_SECCOMP, SECCOMP_MODE_STRICT); }
+void becomeAnother() { execl("/bin/true", "true", nullptr); }
+void waitForItself() {
+    pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
+    pthread_mutex_lock(&mutex);
+    pthread_mutex_lock(&mutex);
+}
+
+/// A function that leaves damage behind, of which another one dies in the same process.
+bool poisonous = false;
+void poison() { poisonous = true; }
+void dieIfPoisoned() {
+    if (poisonous) {
+        kill();
+    }
+}
+
+/// What is done in a call, and what is called in the place of the library's function; null: nothing, and
+/// that.
 struct Kind {
     const char* name;
-    void (*act)();              ///< null: nothing
-    std::optional<int> status;  ///< none: that of the library's function, which is called after `act`
+    void (*act)();
+    int (*instead)();
 };
 
 constexpr Kind kinds[] = {
-    {"read", read, {}},
-    {"write", write, {}},
-    {"jump", jump, {}},
-    {"overflow", overflow, {}},
-    {"divide", divide, {}},
-    {"illegal", illegal, {}},
-    {"bus", bus, {}},
-    {"abort", std::abort, {}},
-    {"trap", trap, {}},
-    {"syscall", refusedCall, {}},
-    {"throw", throwException, {}},
-    {"number", throwNumber, {}},
-    {"memory", useUpMemory, {}},
-    {"hang", neverReturn, {}},
-    {"sse", flagSse, {}},
-    {"x87", flag87, {}},
-    {"control", changeControl, {}},
-    {"state", tellState, {}},
-    {"mmx", leaveMmx, {}},
-    {"direction", leaveDirection, 0},
-    {"unmask", unmaskSse, {}},
-    {"mask", blockSignals, {}},
-    {"handlers", takeHandlers, {}},
-    {"stack", takeSignalStack, {}},
-    {"locale", changeLocale, {}},
-    {"overrun", overrun, {}},
-    {"nothing", nullptr, 0},
-    {"negative", nullptr, -8},
-    {"positive", nullptr, 5},
-    {"terminate", terminateTwice, {}},
-    {"hangup", hangUp, {}},
-    {"interrupt", interruptTwice, {}},
-    {"kill", kill, {}},
+    {"read", read, nullptr},
+    {"write", write, nullptr},
+    {"jump", jump, nullptr},
+    {"overflow", overflow, nullptr},
+    {"divide", divide, nullptr},
+    {"illegal", illegal, nullptr},
+    {"bus", bus, nullptr},
+    {"abort", std::abort, nullptr},
+    {"trap", trap, nullptr},
+    {"syscall", refusedCall, nullptr},
+    {"throw", nullptr, throwException},
+    {"number", nullptr, throwNumber},
+    {"memory", nullptr, useUpMemory},
+    {"hang", neverReturn, nullptr},
+    {"sse", flagSse, nullptr},
+    {"x87", flag87, nullptr},
+    {"control", changeControl, nullptr},
+    {"state", tellState, nullptr},
+    {"mmx", leaveMmx, nullptr},
+    {"direction", leaveDirection, returnNone},
+    {"unmask", unmaskSse, nullptr},
+    {"mask", blockSignals, nullptr},
+    {"handlers", takeHandlers, nullptr},
+    {"stack", takeSignalStack, nullptr},
+    {"locale", changeLocale, nullptr},
+    {"overrun", overrun, nullptr},
+    {"nothing", nullptr, returnNone},
+    {"negative", nullptr, returnNegative},
+    {"positive", nullptr, returnPositive},
+    {"terminate", terminateTwice, nullptr},
+    {"hangup", hangUp, nullptr},
+    {"interrupt", interruptTwice, nullptr},
+    {"kill", kill, nullptr},
+    {"exit", exitProcess, nullptr},
+    {"_exit", exitAtOnce, nullptr},
+    {"quick", exitQuickly, nullptr},
+    {"heap", damageHeap, nullptr},
+    {"unheap", unmapHeap, nullptr},
+    {"smash", smashStack, nullptr},
+    {"spin", spin, nullptr},
+    {"deaf", spinDeaf, nullptr},
+    {"deafread", readDeaf, nullptr},
+    {"default", readByDefault, nullptr},
+    {"nostack", overflowWithoutStack, nullptr},
+    {"thread", crashThread, nullptr},
+    {"leave", leaveThread, nullptr},
+    {"close", closeAll, nullptr},
+    {"freeze", freeze, nullptr},
+    {"alarm", wakeUp, nullptr},
+    {"sandbox", refuseAllCalls, nullptr},
+    {"exec", becomeAnother, nullptr},
+    {"deadlock", waitForItself, nullptr},
+    {"poison", poison, nullptr},
+    {"poisoned", dieIfPoisoned, nullptr},
 };
 
 /// One function of the library and what it is told to do.
 class Fault {
   public:
-    explicit Fault(const char* function) : m_next(dlsym(RTLD_NEXT, function)) {
+    Fault() = default;
+    explicit Fault(const char* function) : m_function(function), m_next(dlsym(RTLD_NEXT, function)) {
         const char* faults = std::getenv("METRIG_FAULTS");
         const std::string text = std::string(" ") + (faults != nullptr ? faults : "") + " ";
         const std::string key = std::string(" ") + function + "=";
@@ -198,52 +321,103 @@ class Fault {
         m_number = sign == std::string::npos ? 0 : std::atoi(value.c_str() + sign + 1);
     }
 
-    template <typename... Args>
-    int call(int (* /*function*/)(Args...), std::type_identity_t<Args>... args) {
-        if (m_kind != nullptr && (m_number == 0 || ++m_calls == m_number)) {
-            if (m_kind->act != nullptr) {
-                m_kind->act();
-            }
-            if (m_kind->status) {
-                return *m_kind->status;
-            }
+    /// By the address of its name.
+    const char* function() const { return m_function; }
+
+    /// A call begins; what is to be called in its place.
+    void* visit() {
+        if (m_kind == nullptr || (m_number != 0 && ++m_calls != m_number)) {
+            return m_next;
         }
-        return reinterpret_cast<int (*)(Args...)>(m_next)(args...);
+        if (m_kind->act != nullptr) {
+            m_kind->act();
+        }
+        return m_kind->instead != nullptr ? reinterpret_cast<void*>(m_kind->instead) : m_next;
     }
 
   private:
-    void* m_next;
+    const char* m_function = nullptr;
+    void* m_next = nullptr;
     const Kind* m_kind = nullptr;
     int m_number = 0;  ///< 0: every call
     int m_calls = 0;
 };
 
+Fault faults[64];
+
 }  // namespace
 
-// Puts F between, with the parameters and the arguments of its signature.
-#define FAULT(F, parameters, ...) \
-    static Fault fault_##F(#F);   \
-    int F parameters { return fault_##F.call(F, __VA_ARGS__); }
+/// For the functions below: what the call of the function of that name is to go to.
+extern "C" [[gnu::visibility("hidden"), gnu::used]] void* visit(const char* function) {
+    Fault* fault = std::ranges::find_if(
+        faults, [&](const Fault& at) { return at.function() == function || at.function() == nullptr; });
+    if (fault->function() == nullptr) {
+        *fault = Fault(function);
+    }
+    return fault->visit();
+}
 
-FAULT(zylsCompare_8u, (const Zyl8u* a, const Zyl8u* b, int len, int* order), a, b, len, order)
-FAULT(zylsCompareIgnoreCaseLatin_8u, (const Zyl8u* a, const Zyl8u* b, int len, int* order), a, b, len, order)
-FAULT(zylsEqual_8u, (const Zyl8u* a, const Zyl8u* b, int len, int* equal), a, b, len, equal)
-FAULT(zylsFindC_8u, (const Zyl8u* src, int len, Zyl8u value, int* index), src, len, value, index)
-FAULT(zylsFindRevC_8u, (const Zyl8u* src, int len, Zyl8u value, int* index), src, len, value, index)
-FAULT(zylsHash_8u32u, (const Zyl8u* src, int len, Zyl32u* hash), src, len, hash)
-FAULT(zylsHash_16u32u, (const Zyl16u* src, int len, Zyl32u* hash), src, len, hash)
-FAULT(zylsHashMSCS_8u32u, (const Zyl8u* src, int len, Zyl32u* hash), src, len, hash)
-FAULT(zylsHashMSCS_16u32u, (const Zyl16u* src, int len, Zyl32u* hash), src, len, hash)
-FAULT(zylsInsert_8u, (const Zyl8u* src, int len, const Zyl8u* ins, int lenIns, Zyl8u* dst, int start), src,
-      len, ins, lenIns, dst, start)
-FAULT(zylsRemove_8u, (const Zyl8u* src, int len, Zyl8u* dst, int start, int count), src, len, dst, start,
-      count)
-FAULT(zylsTrimC_8u_I, (Zyl8u * srcDst, int* len, Zyl8u value), srcDst, len, value)
-FAULT(zylsTrimC_8u, (const Zyl8u* src, int len, Zyl8u value, Zyl8u* dst, int* lenDst), src, len, value, dst,
-      lenDst)
+// Puts F between, whatever its arguments: they stay where they are, in registers and on the stack. The name
+// stands behind a call, which leaves its address.
+#ifdef __x86_64__
+#define FAULT(F)                                                           \
+    asm(".text; .globl " #F "; .type " #F ", @function\n" #F               \
+        ":\n"                                                              \
+        "push %rdi; push %rsi; push %rdx; push %rcx; push %r8; push %r9\n" \
+        "call 1f; .asciz \"" #F                                            \
+        "\"\n"                                                             \
+        "1: mov (%rsp), %rdi; call visit; add $8, %rsp\n"                  \
+        "pop %r9; pop %r8; pop %rcx; pop %rdx; pop %rsi; pop %rdi; jmp *%rax\n");
+#else
+#define FAULT(F)                                             \
+    asm(".text; .globl " #F "; .type " #F ", @function\n" #F \
+        ":\n"                                                \
+        "sub $8, %esp; call 1f; .asciz \"" #F                \
+        "\"\n"                                               \
+        "1: call visit; add $12, %esp; jmp *%eax\n");
+#endif
 
-static Fault fault_zylsReplaceC_8u("zylsReplaceC_8u");
+FAULT(zylsCompare_8u)
+FAULT(zylsCompareIgnoreCaseLatin_8u)
+FAULT(zylsConcat_8u)
+FAULT(zylsConcat_8u_D2L)
+FAULT(zylsConcatC_8u_D2L)
+FAULT(zylsConvertUTF_8u16u)
+FAULT(zylsConvertUTF_16u8u)
+FAULT(zylsEqual_8u)
+FAULT(zylsFind_8u)
+FAULT(zylsFindC_8u)
+FAULT(zylsFindCAny_8u)
+FAULT(zylsFindC_Z_8u)
+FAULT(zylsFindRev_8u)
+FAULT(zylsFindRevC_8u)
+FAULT(zylsFindRevCAny_8u)
+FAULT(zylsFind_Z_8u)
+FAULT(zylsHash_8u32u)
+FAULT(zylsHash_16u32u)
+FAULT(zylsHashMSCS_8u32u)
+FAULT(zylsHashMSCS_16u32u)
+FAULT(zylsHashSJ2_8u32u)
+FAULT(zylsHashSJ2_16u32u)
+FAULT(zylsInsert_8u)
+FAULT(zylsInsert_8u_I)
+FAULT(zylsLowercaseLatin_8u)
+FAULT(zylsLowercaseLatin_8u_I)
+FAULT(zylsRegExpFind_8u)
+FAULT(zylsRegExpReplace_8u)
+FAULT(zylsRemove_8u)
+FAULT(zylsRemove_8u_I)
+FAULT(zylsSplitC_8u_D2L)
+FAULT(zylsTrimC_8u)
+FAULT(zylsTrimC_8u_I)
+FAULT(zylsTrimCAny_8u)
+FAULT(zylsTrimEndCAny_8u)
+FAULT(zylsTrimStartCAny_8u)
+FAULT(zylsUppercaseLatin_8u)
+FAULT(zylsUppercaseLatin_8u_I)
+
 int zylsReplaceC_8u(const Zyl8u* src, Zyl8u* dst, int len, Zyl8u oldValue, Zyl8u newValue) {
     bufferEnd = dst + len;
-    return fault_zylsReplaceC_8u.call(zylsReplaceC_8u, src, dst, len, oldValue, newValue);
+    return reinterpret_cast<decltype(&zylsReplaceC_8u)>(visit("zylsReplaceC_8u"))(src, dst, len, oldValue,
+                                                                                  newValue);
 }

@@ -1,33 +1,16 @@
 /// metrig-lab as its users run it: statuses, words, and what it leaves behind.
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <string>
 
 #include "commands/progress.h"
+#include "commands/tests/shell.h"
 #include "turns/tests/fake_library.h"
 
 namespace lab {
 namespace {
-
-struct Outcome {
-    int status = -1;
-    std::string output;  ///< both streams
-};
-
-Outcome shell(const std::string& command) {
-    Outcome outcome;
-    std::FILE* pipe = popen(("exec 2>&1; " + command).c_str(), "r");
-    for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) {
-        outcome.output.push_back(static_cast<char>(c));
-    }
-    const int status = pclose(pipe);
-    outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return outcome;
-}
 
 class Program : public testing::Test {
   protected:
@@ -38,6 +21,7 @@ class Program : public testing::Test {
         m_folder.library("dumb", "dumb");
         m_folder.library("wide", "", ELFCLASS32);
         std::filesystem::create_directory(m_folder.path("empty"));
+        std::ofstream(m_folder.path("esc")) << "\x1b[31m\n";
     }
 
     Outcome lab(const std::string& arguments) {
@@ -69,18 +53,30 @@ TEST_F(Program, StatusesAndWords) {
         {"compare a c" + m_fake, 5, "exited with status 3"},
         {"show metrig-lab.db", 5, "exited with status 3"},
         {"export metrig-lab.db --json", 0, "\"verdict\": \"same\""},
+        {"page metrig-lab.db", 0, "metrig-lab.html"},
+        {"page metrig-lab.db -o ./metrig-lab.db", 2, "is the store itself"},
+        {"page metrig-lab.db -o nowhere/x", 2, "nowhere/x: can't be written"},
         {"export metrig-lab.db", 2, "option"},
         {"export metrig-lab.db --json --csv", 2, "option"},
         {"export metrig-lab.db --csv -o ./metrig-lab.db", 2, "is what is to be exported"},
         {"export metrig-lab.db --csv -o nowhere/x", 2, "nowhere/x: can't be written"},
         {"export a/" + std::string(libraryObjects[0]) + " --csv", 2, ": line 1: a byte of 0"},
         {"export a --csv", 2, "a: can't be read"},
+        {"show esc", 2, "line 1: no line of a table of results: \"\\x1b[31m\""},
         {"show metrig-lab.db --only faster,same", 5, "F1"},
         {"show metrig-lab.db --only bad", 2, "bad"},
         {"show " + m_table + " --only same", 2, "no verdicts"},
-        {"show " + m_table, 0, "20 results of 5 functions, of 2 runs."},
+        {"show " + m_table, 0, "17 results of 5 functions, of 2 runs."},
         {"resume metrig-lab.db -- -j5", 2, "no keys"},
         {"show nothing.db", 2, "nothing.db"},
+        {"measure a" + m_fake + "--processes 2 -- -fF1", 0, "9 of 9 points measured"},
+        {"measure c" + m_fake + "--processes 2 --points", 0, "died: exited with status 3"},
+        {"show metrig-measure.db --points", 0, "died: exited with status 3"},
+        {"export metrig-measure.db --json", 0, "\"metrig-lab.measurement\""},
+        {"measure a -o again.db --against metrig-lab.db" + m_fake, 2, "a comparison of two builds"},
+        {"measure a -o again.db --against metrig-measure.db" + m_fake, 0, "caveat:"},
+        {"compare a b -o metrig-measure.db" + m_fake, 2, "a measurement of one build"},
+        {"resume metrig-measure.db", 0, "points measured"},
         {"compare a b --pairs 2 --fail-on unsure" + m_fake, 3, "cannot be told"},
     };
     for (const auto& row : rows) {

@@ -15,6 +15,8 @@
 (() => {
     "use strict";
 
+    /// What surely fits between the edges of a sheet, in pixels.
+    const paperWidth = 620;
     const font = "12px system-ui, sans-serif";
 
     /// An axis in the style's colours; `more` is what differs.
@@ -148,7 +150,7 @@
             }
         });
 
-        const draw = () => {
+        const draw = (onPaper = false) => {
             if (plot) {
                 plot.destroy();
             }
@@ -156,7 +158,7 @@
             tip.hidden = true;
             const {data, ...options} = spec.build();
             plot = new uPlot({
-                width: place.clientWidth,
+                width: onPaper ? Math.min(place.clientWidth, paperWidth) : place.clientWidth,
                 height: spec.height,
                 legend: {show: false},
                 padding: [12, 12, 0, 0],
@@ -171,7 +173,7 @@
             new ResizeObserver(() => place.clientWidth > 0 && place.clientWidth !== plot.width
                 && plot.setSize({width: place.clientWidth, height: spec.height})).observe(place);
         });
-        page.onColours(() => isDrawn() && draw());
+        page.onLooks(onPaper => isDrawn() && draw(onPaper));
         return {redraw: () => isDrawn() && draw()};
     };
 })();

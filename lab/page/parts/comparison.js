@@ -50,19 +50,27 @@
         return isPoint;
     };
 
+    const showRest = () => {
+        if (points.length > 0) {
+            page.showMap();
+            page.showPointSection();
+            page.showRatios();
+            page.showCourse();
+            page.showTable();
+            page.showPoint(page.comparison.worst[0].index, false);
+            addEventListener("hashchange", () => follow(true));
+        }
+        showMethod();
+        showData();
+        // what the address names was not there when the browser looked for it
+        const named = location.hash && document.getElementById(location.hash.slice(1));
+        if (points.length > 0 && !follow(true) && named) {
+            named.scrollIntoView();
+        }
+    };
+
     document.getElementById("nav").append(el("a", {href: "#answer"}, "Answer"));
     page.showAnswer(key => page.chooseVerdict(key));
-    if (points.length > 0) {
-        page.showMap();
-        page.showPointSection();
-        page.showRatios();
-        page.showCourse();
-        page.showTable();
-        if (!follow(true)) {
-            page.showPoint(page.comparison.worst[0].index, false);
-        }
-        addEventListener("hashchange", () => follow(true));
-    }
-    showMethod();
-    showData();
+    // the answer is to be seen before thousands of points are laid out
+    requestAnimationFrame(() => setTimeout(showRest));
 })();

@@ -38,7 +38,7 @@
         page.intervalDrawing(point),
         el("div", {class: "worst-change number"}, page.badge(point.mark, false), " ",
             el("strong", {class: "change " + point.mark.key}, page.change(point.middle)),
-            el("span", {class: "note soft small"}, point.reason ? "cannot tell: " + point.reason : page.interval(point.ratio))));
+            el("span", {class: "note soft small"}, page.whyOf(point) || page.interval(point.ratio))));
 
     const worst = () => {
         const most = 5;
@@ -78,27 +78,22 @@
         el("p", {class: "small soft machine"}, machine()));
 
     /// What the run itself shows of other work on the machine.
-    const disturbances = () => {
-        const texts = [];
+    const slowedDown = () => {
         const known = course.slices.filter(slice => slice !== null).length;
-        if (known > 0) {
-            const part = course.busy.length / known;
-            texts.push(course.busy.length === 0 ? "No stretch of the run was slowed down by 8% or more."
-                : `Calls were slowed down by 8% and more for ${(100 * part).toFixed(0)}% of the run; `
-                    + "both builds met that alike.");
+        if (known === 0) {
+            return null;
         }
-        const steal = Math.max(0, ...course.pairs.map(pair => pair[3]));
-        if (steal >= 0.01) {
-            texts.push(`Other machines of the host took up to ${(100 * steal).toFixed(1)}% of the time.`);
-        }
-        return texts;
+        const text = course.busy.length === 0 ? "No stretch of the run was slowed down by 8% or more."
+            : `Calls were slowed down by 8% and more for ${(100 * course.busy.length / known).toFixed(0)}% of the run; `
+                + "both builds met that alike.";
+        return el("p", {class: "small soft"}, text);
     };
 
     const disturbed = () => el("div", {class: "card"}, el("h2", {}, "What disturbed"),
         doc.warnings.length > 0
             ? el("ul", {class: "warnings"}, ...doc.warnings.map(text => el("li", {}, text)))
             : el("p", {}, "Nothing was warned of."),
-        ...disturbances().map(text => el("p", {class: "small soft"}, text)));
+        slowedDown());
 
     const onlySide = (points, side) => points.length === 0 ? null : el("details", {class: "only"},
         el("summary", {}, `${page.count(points.length, "point")} of the ${side} build alone`),

@@ -10,7 +10,7 @@
 (() => {
     "use strict";
 
-    const run = page.data("run");
+    const run = page.data("comparison");
     const {comparison, pairs, course} = run;
 
     /// The parameter that a row of the map runs along: the one with most values, all of them numbers above 0. Of
@@ -70,6 +70,10 @@
     const by = order => (one, other) => order[one.mark.key] - order[other.mark.key]
         || (strength(other) === strength(one) ? 0 : strength(other) - strength(one));
 
+    /// Why it cannot be told, or what became of the point; empty where there is nothing to say.
+    page.whyOf = point => point.reason !== "crash" ? point.reason || "" : ["old", "new"]
+        .filter(side => point.fate[side].death).map(side => `${side}: ${point.fate[side].death}`).join(", ");
+
     page.comparison = {
         title: run.title,
         sentence: run.sentence,
@@ -112,7 +116,7 @@
             "aria-hidden": "true"},
             page.el("svg:rect", {class: "margin", x: begin, y: 0, width: place(1 + comparison.margin) - begin, height}),
             line(width / 2, 0, width / 2, height, "none"),
-            line(from, height / 2, Math.max(to, from + 2), height / 2, "range"),
+            low === null && high === null ? null : line(from, height / 2, Math.max(to, from + 2), height / 2, "range"),
             middle === null ? null : page.el("svg:circle", {cx: place(middle), cy: height / 2, r: 3.2}));
     };
 })();

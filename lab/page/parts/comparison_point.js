@@ -65,7 +65,7 @@
                     y: page.changeScale(100 * margin, Math.min(...known), Math.max(...known)),
                 },
                 axes: [
-                    page.axis({label: "pairs in the order of their start", size: 48, grid: {show: false}, incrs: [1, 2, 5, 10, 20, 50]}),
+                    page.axis({label: "pairs in the order of their start", grid: {show: false}, incrs: [1, 2, 5, 10, 20, 50]}),
                     page.changeAxis(),
                 ],
                 hooks: {
@@ -114,8 +114,9 @@
                     y: page.logScale(10),
                 },
                 axes: [
-                    page.axis({label: isCounted ? "cases" : current.family.axis, size: 48, grid: {show: false}, splits: () => row.map(point => point.along),
-                        values: (plot, splits) => splits.map(split => split.toLocaleString("en", {useGrouping: false}))}),
+                    page.axis({label: isCounted ? "cases" : current.family.axis, grid: {show: false}, splits: () => row.map(point => point.along),
+                        values: (plot, splits) => splits.map(
+                            (split, i) => i % Math.ceil(splits.length / 7) === 0 ? split.toLocaleString("en", {useGrouping: false}) : "")}),
                     page.axis({label: "clocks/" + current.unit, size: 52, splits: (plot, axis, from, to) => page.logSplits(from, to),
                         values: (plot, splits) => splits.map(split => String(Number(split.toPrecision(3))))}),
                 ],

@@ -33,11 +33,13 @@
         level: ["slower", "faster"].includes(point.mark.key) ? page.level(point.middle) : 0,
     };
 
+    const columnOf = point => point.family.axis === null ? (point.along - 1) % casesOfRow + 1 : point.along;
+
     /// Rows of a function's points by their other parameters. A place that is taken begins another row.
     const rowsOf = family => {
         const rows = [];
         for (const point of family.points) {
-            const column = family.axis === null ? (point.along - 1) % casesOfRow + 1 : point.along;
+            const column = columnOf(point);
             let row = rows.find(one => one.note === point.rest && !one.at.has(column));
             if (!row) {
                 row = {note: point.rest, at: new Map()};
@@ -76,16 +78,13 @@
     };
 
     const groups = () => {
-        const byShape = Map.groupBy ? Map.groupBy(functions.values(), shapeOf) : new Map();
-        if (!Map.groupBy) {
-            for (const family of functions.values()) {
-                byShape.set(shapeOf(family), [...(byShape.get(shapeOf(family)) || []), family]);
-            }
+        const byShape = new Map();
+        for (const family of functions.values()) {
+            byShape.set(shapeOf(family), [...(byShape.get(shapeOf(family)) || []), family]);
         }
         const made = [];
         for (const families of byShape.values()) {
-            const taken = families.flatMap(family => family.points.map(
-                point => family.axis === null ? (point.along - 1) % casesOfRow + 1 : point.along));
+            const taken = families.flatMap(family => family.points.map(columnOf));
             const columns = [...new Set(taken)].sort((a, b) => a - b);
             const heads = columns.map(column => families[0].axis === null ? "" : column.toLocaleString("en", {useGrouping: false}));
             let rows = [];
@@ -117,79 +116,72 @@
 
     // all ratios
 
+    /// A triangle that points to more time or to less.
+    const drawSign = (ctx, x, y, isSlower) => {
+        const size = 4.5 * devicePixelRatio * (isSlower ? 1 : -1);
+        ctx.beginPath();
+        ctx.moveTo(x, y - size);
+        ctx.lineTo(x - size, y + size);
+        ctx.lineTo(x + size, y + size);
+        ctx.fill();
+    };
+
+    /// The interval of a point at x as a bar from end to end of what is known, its middle as a sign or a dash.
+    const drawInterval = (plot, point, x, thick, colours) => {
+        const {ctx, bbox} = plot;
+        const y = (ratio, end) => ratio === null ? end : plot.valToPos(percent(ratio), "y", true);
+        const top = y(point.ratio[2], bbox.top);
+        const bottom = y(point.ratio[0], bbox.top + bbox.height);
+        const differs = ["slower", "faster"].includes(point.mark.key);
+        const wide = differs ? Math.max(thick, 3 * devicePixelRatio) : thick;
+        ctx.fillStyle = colours[point.mark.key] || colours.edge;
+        ctx.globalAlpha = point.mark.key === "same" ? 0.35 : differs ? 1 : 0.8;
+        ctx.fillRect(x - wide / 2, top, wide, Math.max(bottom - top, devicePixelRatio));
+        ctx.globalAlpha = 1;
+        if (differs) {
+            drawSign(ctx, x, y(point.middle), point.mark.key === "slower");
+        } else {
+            ctx.fillStyle = colours.crash;
+            ctx.fillRect(x - wide / 2, y(point.middle) - devicePixelRatio / 2, wide, devicePixelRatio);
+        }
+    };
+
+    const drawIntervals = (plot, sorted) => {
+        const {ctx, bbox} = plot;
+        const [slower, faster, edge, crash] = ["slower", "faster", "edge", "ink"].map(page.colour);
+        const thick = Math.max(devicePixelRatio, Math.min(6 * devicePixelRatio, 0.6 * bbox.width / sorted.length));
+        sorted.forEach((point, i) => drawInterval(plot, point, plot.valToPos(i + 1, "x", true), thick, {slower, faster, edge, crash}));
+    };
+
     page.showRatios = () => {
         const section = page.section("ratios", "All ratios", "Each point's change with its interval, the slowest first. The scale "
-            + "is even up to the margin and logarithmic beyond. Drag to look closer, double-click to see all again.");
+            + "is even up to the margin and logarithmic beyond. A click leads to the point.");
         const sorted = points.filter(point => point.middle !== null).sort((a, b) => b.middle - a.middle);
         if (sorted.length === 0) {
             section.append(el("p", {}, "No point was measured."));
             return;
         }
         const ends = sorted.flatMap(point => point.ratio).filter(ratio => ratio !== null).map(percent);
-        let ink = "";
         const low = ends.reduce((a, b) => Math.min(a, b));
         const high = ends.reduce((a, b) => Math.max(a, b));
-
-        /// A triangle that points to more time or to less.
-        const sign = (ctx, x, y, isSlower) => {
-            const size = 4.5 * devicePixelRatio * (isSlower ? 1 : -1);
-            ctx.beginPath();
-            ctx.moveTo(x, y - size);
-            ctx.lineTo(x - size, y + size);
-            ctx.lineTo(x + size, y + size);
-            ctx.fill();
-        };
-        const intervals = plot => {
-            const {ctx, bbox} = plot;
-            const thick = Math.max(devicePixelRatio, Math.min(6 * devicePixelRatio, 0.6 * bbox.width / sorted.length));
-            ctx.save();
-            ctx.beginPath();
-            ctx.rect(bbox.left, bbox.top, bbox.width, bbox.height);
-            ctx.clip();
-            const colours = Object.fromEntries(Object.keys(page.verdicts).map(
-                key => [key, page.colour(key === "same" || key === "unsure" ? "edge" : key === "crash" ? "ink" : key)]));
-            const y = (ratio, end) => ratio === null ? end : plot.valToPos(percent(ratio), "y", true);
-            sorted.forEach((point, i) => {
-                const x = plot.valToPos(i + 1, "x", true);
-                const top = y(point.ratio[2], bbox.top);
-                const bottom = y(point.ratio[0], bbox.top + bbox.height);
-                const differs = ["slower", "faster"].includes(point.mark.key);
-                const wide = differs ? Math.max(thick, 3 * devicePixelRatio) : thick;
-                ctx.fillStyle = colours[point.mark.key];
-                ctx.globalAlpha = point.mark.key === "same" ? 0.35 : differs ? 1 : 0.8;
-                ctx.fillRect(x - wide / 2, top, wide, Math.max(bottom - top, devicePixelRatio));
-                ctx.globalAlpha = 1;
-                if (differs) {
-                    sign(ctx, x, y(point.middle), point.verdict === "slower");
-                } else {
-                    ctx.fillStyle = ink;
-                    ctx.fillRect(x - wide / 2, y(point.middle) - devicePixelRatio / 2, wide, devicePixelRatio);
-                }
-            });
-            ctx.restore();
-        };
         page.chart(section, {
             label: "Change of all points with intervals, sorted",
             height: 340,
             keys: [["slower", "▲ slower"], ["faster", "▼ faster"], ["same", "? cannot tell"], ["pale", "= same"],
                 ["margin", `margin of ${100 * margin}%`]],
-            build: () => {
-                ink = page.colour("ink");
-                return {
-                    data: [sorted.map((point, i) => i + 1), sorted.map(point => percent(point.middle))],
-                    series: [{}, {paths: () => null, points: {show: false}}],
-                    scales: {x: {time: false, range: (plot, from, to) => [Math.max(0, from - 0.5), to + 0.5]}, y: page.changeScale(100 * margin, low, high)},
-                    axes: [
-                        page.axis({label: "points, slowest first", size: 48, grid: {show: false}}),
-                        page.changeAxis(),
-                    ],
-                    cursor: {drag: {x: true, y: false, dist: 8}},
-                    hooks: {
-                        drawClear: [plot => page.band(plot, percent(1 / (1 + margin)), 100 * margin, page.colour("margin"))],
-                        draw: [intervals],
-                    },
-                };
-            },
+            build: () => ({
+                data: [sorted.map((point, i) => i + 1), sorted.map(point => percent(point.middle))],
+                series: [{}, {paths: () => null, points: {show: false}}],
+                scales: {
+                    x: {time: false, range: () => [0.5, sorted.length + 0.5]},
+                    y: page.changeScale(100 * margin, low, high),
+                },
+                axes: [page.axis({label: "points, slowest first", grid: {show: false}}), page.changeAxis()],
+                hooks: {
+                    drawClear: [plot => page.band(plot, percent(1 / (1 + margin)), 100 * margin, page.colour("margin"))],
+                    draw: [plot => drawIntervals(plot, sorted)],
+                },
+            }),
             describe: i => [sorted[i].function, sorted[i].names, page.saying(sorted[i])],
             pick: i => location.hash = sorted[i].href,
         });
@@ -244,7 +236,7 @@
                     {paths: () => null, points: {show: true, size: 6, width: 0, fill: page.colour("ink")}}],
                 scales: {x: {time: false}, y: {range: (plot, low, high) => [0, Math.max(10, 1.1 * high)]}},
                 axes: [
-                    page.axis({label: "seconds", size: 48, grid: {show: false}}),
+                    page.axis({label: "seconds", grid: {show: false}}),
                     page.axis({size: 52, values: (plot, splits) => splits.map(split => `+${split}%`)}),
                 ],
                 hooks: {drawClear: [busy]},
@@ -257,9 +249,14 @@
 
     // the table
 
+    const ranks = new Map(page.comparison.worst.map((point, i) => [point, i]));
+
+    const clocks = (point, value) => el("div", {}, value === null ? "?" : page.figure(value / point.divisor, 3),
+        el("span", {class: "note"}, "clocks/" + point.unit));
+
     const columns = [
-        {title: "Verdict", value: point => page.comparison.worst.indexOf(point), show: point => el("div", {}, page.badge(point.mark),
-            point.reason ? el("span", {class: "note"}, point.reason) : null)},
+        {title: "Verdict", value: point => ranks.get(point), show: point => el("div", {}, page.badge(point.mark),
+            point.reason ? el("span", {class: "note"}, page.whyOf(point)) : null)},
         {title: "Function and parameters", kind: "wide", value: point => `${point.function} ${point.names}`, show: point => el("div", {},
             el("a", {href: point.href, class: "code"}, point.function), el("span", {class: "note"}, point.names),
             ...point.marks.map(mark => el("span", {class: "mark"}, mark)))},
@@ -274,12 +271,7 @@
         {title: "Would show", kind: "number", value: point => point.smallest, show: point => page.change(point.smallest)},
     ];
 
-    const clocks = (point, value) => el("div", {}, value === null ? "?" : page.figure(value / point.divisor, 3),
-        el("span", {class: "note"}, "clocks/" + point.unit));
-
     page.showTable = () => {
-        const ranks = new Map(page.comparison.worst.map((point, i) => [point, i]));
-        columns[0].value = point => ranks.get(point);
         const section = page.section("points", "All points", "A head sorts by its column. Clocks are of one unit of the table, "
             + "from the quietest moments of each build; the change comes from moments that both shared.");
         const search = el("input", {type: "search", id: "search", placeholder: "function or parameter=value", input: () => apply()});

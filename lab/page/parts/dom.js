@@ -88,10 +88,16 @@ const page = {};
     /// A colour of the style by its name, as it is just now: "ink", "slower", ...
     page.colour = name => getComputedStyle(document.documentElement).getPropertyValue("--" + name).trim();
 
-    /// Calls back when the colours change: light to dark and back, onto paper and back.
-    page.onColours = redraw => {
-        matchMedia("(prefers-color-scheme: dark)").addEventListener("change", redraw);
-        matchMedia("print").addEventListener("change", redraw);
+    // paper is light, whatever the screen is
+    const printing = is => document.documentElement.classList.toggle("printing", is);
+    addEventListener("beforeprint", () => printing(true));
+    addEventListener("afterprint", () => printing(false));
+
+    /// Calls back when the looks change: light to dark and back, onto paper (true) and back.
+    page.onLooks = redraw => {
+        matchMedia("(prefers-color-scheme: dark)").addEventListener("change", () => redraw(false));
+        addEventListener("beforeprint", () => redraw(true));
+        addEventListener("afterprint", () => redraw(false));
     };
 
     /// Calls back once, when the node is about to be seen or printed: what stands far below costs no time before.

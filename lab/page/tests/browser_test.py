@@ -51,10 +51,14 @@ class Page(unittest.TestCase):
         self.browser.get("about:blank")
         self.emulate(1280, "light")
         self.browser.get_log("performance")
-        self.browser.get(self.url)
+        self.open(self.url)
 
     def tearDown(self):
         self.assertEqual(self.browser.get_log("browser"), [])
+
+    def open(self, url):
+        self.browser.get(url)
+        self.wait(lambda: self.run_script("return document.getElementById('data') !== null"))
 
     def emulate(self, width, scheme):
         self.browser.execute_cdp_cmd("Emulation.setDeviceMetricsOverride", {
@@ -191,7 +195,7 @@ class Page(unittest.TestCase):
 
     def test_narrow(self):
         self.emulate(360, "light")
-        self.browser.get(self.url + "#map")
+        self.open(self.url + "#map")
         self.assertLessEqual(self.run_script("return document.documentElement.scrollWidth"), 360)
 
     def test_accessibility(self):

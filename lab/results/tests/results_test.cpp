@@ -43,7 +43,7 @@ TEST(ResultTable, OfTwoRunsHasWholeNamesAndNamedParameters) {
     EXPECT_TRUE(table.warnings.empty()) << table.warnings.front();
     ASSERT_EQ(table.runs.size(), 2U);
     EXPECT_EQ(table.runs[1][0].second, "Virtual processor, 2x2.6 GHz, Max cache size 262144 K");
-    ASSERT_EQ(table.rows.size(), 20U);
+    ASSERT_EQ(table.rows.size(), 17U);
     const struct {
         std::size_t row;
         int run;
@@ -55,8 +55,8 @@ TEST(ResultTable, OfTwoRunsHasWholeNamesAndNamedParameters) {
         {6, 1, "zylsLowercaseLatin_8u_I", "VectorLength=64|", 0.133},
         {10, 1, "zylsRegExpFind_8u", "Parm3=alice@example.org, b|Parm4=[\\w.+-]+@[\\w-]+(?:\\.|", 7154},
         {11, 1, "zylsRegExpFind_8u", "Parm3=alice@example.org, b|Parm4=@(?=example)|", 1007},
-        {16, 1, "zylsRegExpFind_8u", "Parm3=aaaaaaaaaaaaaaaaaaaa|Parm4=a{4,8}?b|", 4263},
-        {19, 1, "zylsRegExpReplace_8u", "Parm3=    A37 B4 C107|Parm4=([A-Z])([0-9]{2|Parm5=$2:$1 |Parm6=g|",
+        {13, 1, "zylsRegExpFind_8u", "Parm3=aaaaaaaaaaaaaaaaaaaa|Parm4=a{4,8}?b|", 4263},
+        {16, 1, "zylsRegExpReplace_8u", "Parm3=    A37 B4 C107|Parm4=([A-Z])([0-9]{2|Parm5=$2:$1 |Parm6=g|",
          1194},
     };
     for (const auto& row : rows) {
@@ -66,10 +66,10 @@ TEST(ResultTable, OfTwoRunsHasWholeNamesAndNamedParameters) {
         EXPECT_EQ(parametersOf(its), row.parameters);
         EXPECT_EQ(its.clocks, row.clocks);
     }
-    EXPECT_EQ(table.rows[19].unit, "pattern");
-    EXPECT_EQ(table.rows[19].microseconds, 0.459);
-    EXPECT_EQ(table.rows[19].comment, "nLps=200");
-    EXPECT_EQ(table.rows[19].mflops, std::nullopt);
+    EXPECT_EQ(table.rows[16].unit, "pattern");
+    EXPECT_EQ(table.rows[16].microseconds, 0.459);
+    EXPECT_EQ(table.rows[16].comment, "nLps=200");
+    EXPECT_EQ(table.rows[16].mflops, std::nullopt);
 }
 
 TEST(ResultTable, ToldWhatIsWrongAndWhere) {
@@ -101,10 +101,10 @@ TEST(ResultTable, ToldWhatIsWrongAndWhere) {
         EXPECT_EQ(messageOf(row.text).substr(0, std::string(row.message).size()), row.message) << row.text;
     }
     std::string many = head;
-    for (int i = 0; i < 500000; ++i) {
+    for (int i = 0; i < 200000; ++i) {
         many += "CPU,x\n";
     }
-    EXPECT_EQ(messageOf(many), "line 500001: a table as long as this is not read");
+    EXPECT_EQ(messageOf(many), "line 200001: a table as long as this is not read");
 }
 
 TEST(ResultTable, ReadsWhateverItIsGivenOrRefusesIt) {

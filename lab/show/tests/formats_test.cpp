@@ -56,7 +56,7 @@ function,VectorLength,Unit_2,vectorlength_2,unit,divisor,verdict,reason,ratio_lo
 zylsSlow_8u,64,,,e,64,slower,,1.01,1.02,1.03,1.015113,100,102.5,20,0,0,,,same machine code
 zylsSlow_8u,128,,,e,64,same,,1.01,1.02,1.03,1.015113,100,102.5,20,0,0,,,same machine code
 "a|b`\x0a,""",," x,y",é,e,64,unsure,crash,,,,,,102.5,0,0,0,,SIGSEGV,same machine code
-zylsSame_8u,,,,e,64,same,,0.999,1,1.001,1.011061,,102.5,8,0,0,,,same machine code
+zylsSame_8u,,,,e,64,same,,0.999,1,1.001001,1.011061,,102.5,8,0,0,,,same machine code
 )");
 }
 

@@ -20,7 +20,7 @@ class MergedStores : public testing::Test {
     static StoredHead head(const std::string& session, const std::string& kind,
                            const std::string& sha = "abc", const std::string& key = "-fF") {
         StoredHead head;
-        head.settings = {{"session", session}, {"kind", kind}, {"margin", "0.01"}, {"seed", "1"}};
+        head.settings = {{"session", session}, {"machine kind", kind}, {"margin", "0.01"}, {"seed", "1"}};
         head.machine = {{"processor", "Fine One"}};
         for (StoredSide& side : head.sides) {
             side.keys = {key};
@@ -111,11 +111,14 @@ TEST_F(MergedStores, RefuseWhatDoesNotBelongTogether) {
         Store fork = Store::create(path("1.db"), head("s1", "a"));
         visit(fork, 1, 3, 500);
     }
+    StoredHead measurement = head("s5", "a");
+    measurement.kind = StoreKind::measurement;
     const std::pair<std::string, const char*> rows[] = {
         {stored("2.db", head("s2", "b", "abd"), 1), "libzyls.so.10 is another (SHA-256 abd"},
         {stored("3.db", head("s3", "a", "abc", "-fG"), 1), "has other keys (\"-fG\" and \"-fF\")"},
         {stored("4.db", margin, 1), "margin"},
         {path("1.db"), "holds pair 1 of a session that is there already, with other turns"},
+        {stored("5.db", measurement, 1), "holds a measurement of one build"},
         {path("none.db"), "no such file"},
         {out, "into itself"},
     };
@@ -133,15 +136,15 @@ TEST_F(MergedStores, RefuseWhatDoesNotBelongTogether) {
     EXPECT_THROW(mergeStores(path("2.db"), {path("fork.db")}), std::runtime_error)
         << "a plain store is no target";
     EXPECT_THROW(Store::open(out, true), std::runtime_error);
-    EXPECT_THROW(Store::checkPath(out), std::runtime_error);
+    EXPECT_THROW(Store::checkPath(out, StoreKind::comparison), std::runtime_error);
 }
 
 TEST_F(MergedStores, AFileThatAKillLeftWithoutTablesIsTaken) {
     Database(path("begun.db"), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE)
         .run("PRAGMA journal_mode = WAL; VACUUM");
     ASSERT_GT(std::filesystem::file_size(path("begun.db")), 0);
-    Store::create(path("begun.db"), head("s1", "a"));
-    EXPECT_TRUE(Store::isOne(path("begun.db")));
+    Store::create(path("begun.db"), head("s1", "measurement"));
+    EXPECT_EQ(Store::kindOf(path("begun.db")), StoreKind::comparison) << "whatever its machine is called";
 }
 
 }  // namespace

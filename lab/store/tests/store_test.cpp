@@ -118,7 +118,7 @@ TEST_F(Stores, TakeThePlaceOfFinishedOnesAlone) {
     std::ofstream(other) << "a text of somebody";
     EXPECT_THROW(Store::create(other, head()), std::runtime_error);
     EXPECT_EQ(std::filesystem::file_size(other), 18U);
-    EXPECT_THROW(Store::checkPath(m_folder + "/no/such"), std::runtime_error);
+    EXPECT_THROW(Store::checkPath(m_folder + "/no/such", StoreKind::comparison), std::runtime_error);
 }
 
 }  // namespace

@@ -46,7 +46,9 @@ Walked walked(const std::string& newScript, std::vector<std::size_t> points, mil
     task.finish = [&](const std::string& function, std::vector<Visit> visits) {
         result.visits[function] = std::move(visits);
     };
-    result.end = walk(*instrument(older), *instrument(newer, patience), route, task);
+    const auto first = instrument(older);
+    const auto second = instrument(newer, patience);
+    result.end = walk(std::array{first.get(), second.get()}, route, task);
     return result;
 }
 

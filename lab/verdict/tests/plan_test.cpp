@@ -21,7 +21,8 @@ TEST(Plan, ProbabilitiesAreThoseOfAllSequencesOfCoins) {
 
 TEST(Plan, RanksOfTheUsualComparison) {
     const Plan plan = makePlan(438);
-    EXPECT_EQ(plan.looks, (std::vector<Look>{{10, 1}, {12, 2}, {16, 3}, {24, 6}, {32, 9}, {40, 12}, {56, 19}, {80, 31}}));
+    EXPECT_EQ(plan.looks,
+              (std::vector<Look>{{10, 1}, {12, 2}, {16, 3}, {24, 6}, {32, 9}, {40, 12}, {56, 19}, {80, 31}}));
     EXPECT_EQ(plan.confirming,
               (std::vector<Look>{{8, 0}, {12, 0}, {16, 2}, {24, 3}, {32, 6}, {40, 8}, {56, 14}, {80, 24}}));
     EXPECT_NEAR(plan.family, 0.0093, 0.00005);

@@ -47,6 +47,7 @@ TEST(FastState, IsNamedForOneSideByTheRules) {
         {"the other fast once, too few coins", "15f5s", "19s1f", "none"},
         {"the other fast too often", "25f15s", "37s3f", "none"},
         {"the other slower still", "12f8s", "20d", "none"},
+        {"disturbed as long as the other's calls", "12f8s", "12s8d", "none"},
         {"a plain difference", "20f", "20n", "none"},
         {"disturbed now and then", "14f6d", "14n6d", "none"},
         {"states of the pair", "14f6s", "14f6s", "none"},

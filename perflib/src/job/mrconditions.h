@@ -19,6 +19,9 @@ class RunCondition {
     virtual bool tobeRun(const mrTest* test) const = 0;
     int kind() const { return m_kind; }
     int field() const { return m_field; }
+    const mrString& pattern() const { return m_pattern; }
+    /// Whether the pattern occurs in the test's text, or is it, whatever follows from that.
+    bool names(const mrTest* test) const { return m_kind == Equal ? equals(test) : contains(test); }
 
   protected:
     ~RunCondition() = default;

@@ -13,6 +13,7 @@
 #include "parameter/mrmemory.h"
 #include "stream/mrcstream.h"
 #include "stream/mristream.h"
+#include "stream/mrjournal.h"
 #include "stream/mrtrace.h"
 
 namespace {
@@ -171,6 +172,16 @@ void mrTest::catchException(const mrException& exception) {
     reportLostBlocks();
 }
 
+int mrTest::endLost(const mrString& lostBy, std::time_t start) {
+    beginTest();
+    m_date.startedAt(start);
+    g_ustrm << mrReportTestTitle(this);
+    writeTestError(mrException::lostProcess(lostBy).msg() + "\n");
+    m_currentResult = MR_EXCEPTION;
+    finish();
+    return m_result;
+}
+
 /// Puts right what a function under test left changed, and tells it once a test.
 void mrTest::restoreLeftState() {
     mrRestoreSignals();
@@ -194,6 +205,26 @@ void mrTest::finish() {
     });
     mrTraced("endTest", [this] { endTest(); });
     g_turns.endTest(m_name, mrResultWord(m_result));
+    g_journal.endTest(m_result, mrResultWord(m_result));
+}
+
+bool mrTest::readParameters() {
+    bool selected = true;
+    try {
+        _g_signal.guard([&] {
+            selected = setIniSection(m_name);
+            if (selected) {
+                beginTest();
+                canStart();
+                parmsFromIstrm();
+                flushStart();
+                endTest();
+            }
+        });
+    } catch (const mrException&) {
+        // a crash is for the run to tell
+    }
+    return selected;
 }
 
 void mrTest::startAndStop() {

@@ -65,6 +65,11 @@ class mrTest : public mrControlStatus {
     virtual void initSettings();
     /// Registers the parameters without running anything.
     void startAndStop();
+    /// Gives the test that an earlier process of this run was lost in its end, as after a crash, and returns
+    /// its result. The title stands on the console and in the listings, not in the summary any more.
+    int endLost(const mrString& lostBy, std::time_t start);
+    /// Reads the parameters as run() does, and measures nothing; false if the ini file leaves the test out.
+    bool readParameters();
 
     // The parameters and where their values come from, mrtestparms.cpp.
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "job/mrconditions.h"
+#include "job/mroutputs.h"
 #include "machine/mrstop.h"
 
 namespace {
@@ -77,13 +78,38 @@ bool mrTestList::runTests(mrConditions& conditions) {
         // The first test of that name ends the search: all that follow run, whatever they are called.
         m_startFunc = "";
         m_pCurrentTest = test;
-        const int result = test->run();
+        const mrJournal::Test* earlier = g_journal.nextEarlier();
+        const int result = earlier != nullptr ? takeOver(*test, *earlier) : runAnew(*test);
         if (result != MR_NOT_RUN || test->m_result != MR_OK) {
             plus(result);
         }
         m_pCurrentTest = nullptr;
+        if (earlier == nullptr && result == MR_EXCEPTION && !mrStop::asked()) {
+            g_journal.leaveProcess();
+        }
     }
     return m_counts[MR_FAIL] > 0;
+}
+
+int mrTestList::runAnew(mrTest& test) {
+    if (g_journal.kept()) {
+        g_journal.beginTest(test.m_name, std::time(nullptr), mrOutputSizes());
+    }
+    const int result = test.run();
+    if (result == MR_NOT_RUN && test.m_result == MR_OK) {
+        g_journal.endTest(mrJournal::LeftOut, "left-out");
+    }
+    return result;
+}
+
+/// The result that an earlier process got, or that the loss of it is.
+int mrTestList::takeOver(mrTest& test, const mrJournal::Test& earlier) {
+    if (earlier.result == mrJournal::NoResult) {
+        mrCutOutputsToLost(earlier.sizes);
+        return test.endLost(earlier.lostBy, earlier.start);
+    }
+    test.m_result = earlier.result == mrJournal::LeftOut ? MR_OK : earlier.result;
+    return earlier.result == mrJournal::LeftOut ? MR_NOT_RUN : earlier.result;
 }
 
 void mrTestList::selectCommonParms(mrConditions& conditions, mrList<mrParameter*>& parms) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "job/mrtest.h"
+#include "stream/mrjournal.h"
 
 /// All registered tests. Sorts them, runs those that the conditions select and counts the results by kind.
 /// The tests themselves are not owned.
@@ -27,4 +28,8 @@ class mrTestList : public mrList<mrTest*> {
 
     static mrTest* m_pCurrentTest;  ///< null between tests
     static mrString m_startFunc;    ///< the name to begin at; empty: the first
+
+  private:
+    static int runAnew(mrTest& test);
+    static int takeOver(mrTest& test, const mrJournal::Test& earlier);
 };

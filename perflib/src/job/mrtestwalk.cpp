@@ -8,6 +8,7 @@
 #include "measure/mrturns.h"
 #include "parameter/mrmemory.h"
 #include "stream/mrcstream.h"
+#include "stream/mrjournal.h"
 #include "stream/mrtrace.h"
 
 namespace {
@@ -35,6 +36,7 @@ void mrTest::loopData() {
         measureCombination(constantsOpen);
         leavableStep("flushData", [this] { flushData(); });
         mrStop::endCombination();
+        g_journal.at({g_cstrm.lineCount(), m_vectorShift});
     } while (!mrIsFail(m_currentResult) && !mrStop::asked() && !g_turns.leavesTest());
     if (m_withoutMemory) {
         // Counts at every console level, as the line that told it shows at every level.

@@ -10,6 +10,7 @@ class mrDate {
     mrDate() : m_start(std::time(nullptr)), m_stop(m_start) {}
 
     void start() { m_start = std::time(nullptr); }
+    void startedAt(std::time_t moment) { m_start = moment; }
     void stop() { m_stop = std::time(nullptr); }
     std::time_t startTime() const { return m_start; }
     std::time_t stopTime() const { return m_stop; }

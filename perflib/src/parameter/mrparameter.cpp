@@ -3,6 +3,7 @@
 #include "machine/mrsignal.h"
 #include "stream/mrcstream.h"
 #include "stream/mristream.h"
+#include "stream/mrjournal.h"
 #include "stream/mrostream.h"
 
 mrParameter::mrParameter(mrString name, mrString prompt) { setName(name, prompt); }
@@ -94,6 +95,7 @@ mrIStream& mrParameter::fromIStream(mrIStream& stream) {
         _g_signal.guard([&] { readText(stream); });
     } catch (const mrException& refusal) {
         g_ostrm << "-" << refusal.info() << "\n";
+        g_journal.complain(m_name + ": " + refusal.info());
     }
     describeSelf();
     if (stream.lastSource() == mrIStream::FromConsole) {

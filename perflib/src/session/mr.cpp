@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "job/mrinfotest.h"
+#include "job/mroutputs.h"
 #include "job/mrtestreport.h"
 #include "measure/mrturns.h"
 #include "report/mrreport.h"
@@ -23,6 +24,7 @@ mrSession::~mrSession() {
 int mrSession::run(int argc, char** argv) {
     g_ostrm.setMsgLevel(MSG_PERF);
     g_ostrm.append(&c_out);
+    g_journal.open();
     bindEnvironment();
     initSession();
     registerCpuTest();
@@ -45,6 +47,7 @@ int mrSession::run(int argc, char** argv) {
         pTestList->m_date.stop();
     }
     outputSignal();
+    g_journal.end();
     deleteTests();
     return result;
 }
@@ -75,9 +78,9 @@ bool mrSession::sortTests() {
         return false;
     }
     if (!m_quickMode) {
-        std::printf("Sorting functions...");
+        std::printf("%s", g_journal.silent() ? "" : "Sorting functions...");
         pTestList->sortFunc();
-        std::printf("\n");
+        std::printf("%s", g_journal.silent() ? "" : "\n");
     }
     return true;
 }
@@ -112,13 +115,32 @@ int mrSession::runTests() {
     if (g_pHotList == nullptr) {
         g_pHotList = new mrStringList;
     }
+    if (g_journal.isProbe()) {
+        probeTests();
+        return 0;
+    }
     putTableTitle();
+    beginJournal();
     g_turns.begin(librariesLine());
     const bool failed = pTestList->runTests(*m_conditions);
     g_turns.end();
     pTestList->m_date.stop();
     outputFooter();
     return failed ? 1 : 0;
+}
+
+/// Also takes over what earlier processes of the run have left.
+void mrSession::beginJournal() {
+    if (!g_journal.kept() || g_istrm.iniWrite()) {
+        return;  // an ini file is written as a whole, by one process
+    }
+    const mrJournal::Position here = {g_cstrm.lineCount(), mrTest::m_vectorShift};
+    pTestList->m_date.startedAt(g_journal.begin(mrCpuTicker::getFreq(), pTestList->m_date.startTime(), here));
+    if (g_journal.resumes()) {
+        g_cstrm.setLineCount(g_journal.position().tableLines);
+        mrTest::m_vectorShift = g_journal.position().vectorShift;
+        mrCutOutputs(g_journal.takenBack());
+    }
 }
 
 /// Leaves those common parameters that a selected test uses; nothing is asked on the way.
@@ -161,7 +183,7 @@ void mrSession::outputFooter() {
 }
 
 void mrSession::outputSignal() {
-    if (m_sglName.empty()) {
+    if (m_sglName.empty() || g_journal.silent()) {
         return;
     }
     o_stream file(m_sglName, IO_WRITE | IO_NOPATH, true);

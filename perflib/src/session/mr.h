@@ -95,11 +95,15 @@ class mrSession : public mrFileNames, public mrNameLines {
     bool startRun(int argc, char** argv);
     bool sortTests();
     int runTests();
+    static void beginJournal();
+    /// Tells the journal what is wrong with the keys (session/mrprobe.cpp).
+    void probeTests();
     static void deleteTests();
     void selectTestParameters();
     void readCommandLine(int argc, char** argv);
     bool readCfgFile(mrString& line, mrString& name);
     void setPaths();
+    bool openIniFile();
     void expandFileKeys();
     void keepFilesApart();
 

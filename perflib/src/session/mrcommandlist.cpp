@@ -3,6 +3,7 @@
 #include <string>
 
 #include "session/mr.h"
+#include "stream/mrjournal.h"
 #include "stream/mrtextfile.h"
 
 namespace {
@@ -12,6 +13,9 @@ bool isOption(const mrString& token) { return token.length() >= 2 && (token[0] =
 
 bool isPrefix(char c) { return c == '-' || c == '+' || c == '='; }
 
+/// What is behind the letter of the key is nothing yet, or only a prefix.
+bool isWithoutArg(const mrString& rest) { return rest.empty() || (rest.length() == 1 && isPrefix(rest[0])); }
+
 }  // namespace
 
 bool mrCommandKey::setArg(mrString option, mrString next) {
@@ -20,8 +24,7 @@ bool mrCommandKey::setArg(mrString option, mrString next) {
     }
     m_key = option[1];
     const mrString rest = option.substr(2);
-    const bool prefixAlone = rest.length() == 1 && isPrefix(rest[0]);
-    m_arg = rest.empty() || prefixAlone ? rest + next : rest;
+    m_arg = isWithoutArg(rest) ? rest + next : rest;
     return true;
 }
 
@@ -55,7 +58,11 @@ void mrCommandList::insertArgs(const mrStringList& tokens, iterator position) {
             value = *token;
             ++token;
         }
-        insertArg(option, value, position);
+        if (!insertArg(option, value, position)) {
+            g_journal.complain(option + ": ignored: no key");
+        } else if (!value.empty() && !isWithoutArg(option.substr(2))) {
+            g_journal.complain(value + ": ignored: it belongs to no key");
+        }
     }
 }
 

@@ -74,6 +74,8 @@ mrString mrTool::path_tmp;
 
 mrString mrTestList::m_startFunc;
 
+mrJournal g_journal;
+
 o_stream c_out(stdout, "stdout");
 i_stream c_in(stdin, "stdin");
 mrOStream g_ostrm;

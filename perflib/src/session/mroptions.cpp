@@ -8,6 +8,7 @@
 #include "session/mroptiontable.h"
 #include "session/optionwords.h"
 #include "stream/mristream.h"
+#include "stream/mrjournal.h"
 #include "stream/mroutputfile.h"
 
 namespace {
@@ -83,9 +84,14 @@ void mrSession::applyOption(char key, mrString arg) {
     // Keys without operations are used up before; one that is met here came by a file and is not followed.
     if (option == nullptr || option->m_info == nullptr) {
         m_cmdText << "ignored: incorrect option key\n";
+        g_journal.complain(mrString("-") + mrText(key) + arg + ": ignored: incorrect option key");
         return;
     }
-    m_cmdText << option->m_info(arg) << "\n";
+    const mrString info = option->m_info(arg);
+    m_cmdText << info << "\n";
+    if (info.beginsWith("ignored")) {
+        g_journal.complain(mrString("-") + mrText(key) + arg + ": " + info);
+    }
     option->m_apply(arg, this);
 }
 
@@ -122,11 +128,23 @@ bool mrSession::parseCommandLine(int argc, char** argv) {
         return fatal("output file");
     }
     // An ini file that can't be read has been told by its stream.
-    if (!m_iniName.empty() && !g_istrm.setIniFile(m_iniName, m_iniWrite) && m_iniWrite) {
+    if (!m_iniName.empty() && !openIniFile()) {
         return fatal("ini-file");
     }
     updateOptions();
     return true;
+}
+
+/// False if the file that is to be written can't be had.
+bool mrSession::openIniFile() {
+    if (m_iniWrite && g_journal.isProbe()) {
+        return true;
+    }
+    const bool opened = g_istrm.setIniFile(m_iniName, m_iniWrite);
+    if (!opened && !m_iniWrite) {
+        g_journal.complain(mrString("-i: can't read file ") + m_iniName);
+    }
+    return opened || !m_iniWrite;
 }
 
 /// Fills the store from the arguments, else from the .cfg file, else from the built-in line.
@@ -219,7 +237,7 @@ void mrSession::updateOptions() {
         const int tab = descr.found("\t") ? descr.find("\t", 0) : descr.length();
         features->m_descr = descr.substr(0, tab) + mrCpuFeatures::optimizedList() + descr.substr(tab + 1);
     }
-    if (m_batMode) {
+    if (m_batMode || g_journal.isProbe()) {
         m_askMode = 0;
     } else if (m_askMode == 0) {
         m_askMode = AskTiming | AskCommon;

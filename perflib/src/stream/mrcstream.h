@@ -19,6 +19,8 @@ class mrCStream : public mrFileList {
     void setNextColmIndex(int index) { m_nextColm = index; }
     /// Lines written, for suites that add lines of their own.
     int lineCount() const { return m_lineCount; }
+    /// For a run that goes on behind the lines of an earlier process.
+    void setLineCount(int count) { m_lineCount = count; }
 
     /// Ends the line: writes its first `n` columns (0: as many as were filled), records it, empties the
     /// columns.

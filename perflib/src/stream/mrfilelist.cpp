@@ -1,10 +1,13 @@
 #include "stream/mrfilelist.h"
 
-#include "stream/mroutputfile.h"
+#include "stream/mrjournal.h"
 
 mrFileList::~mrFileList() { close(); }
 
 bool mrFileList::addStream(mrString name, bool append) {
+    if (g_journal.isProbe()) {
+        return true;
+    }
     auto stream = std::make_unique<mrOutputFile>(name, append);
     if (!stream->isOpen()) {
         return false;
@@ -23,6 +26,24 @@ void mrFileList::flush() {
 void mrFileList::sync() {
     for (o_stream* stream : *this) {
         stream->sync();
+    }
+}
+
+void mrFileList::addSizes(std::vector<long long>& sizes) const {
+    for (const auto& file : m_opened) {
+        sizes.push_back(file->size());
+    }
+}
+
+void mrFileList::cutBack(std::vector<long long>::const_iterator& size) {
+    for (const auto& file : m_opened) {
+        file->cut(*size++);
+    }
+}
+
+void mrFileList::cutHalfLines() {
+    for (const auto& file : m_opened) {
+        file->cutHalfLine();
     }
 }
 

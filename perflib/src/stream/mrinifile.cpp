@@ -162,6 +162,14 @@ bool mrIniFile::getValue(mrString line, mrString& key, mrString& value) {
 
 bool mrIniFile::sectionExist(mrString section) const { return m_sections.exist(section) != nullptr; }
 
+mrStringList mrIniFile::sectionNames() const {
+    mrStringList names;
+    for (const mrSectionItem* section : m_sections) {
+        names.append(section->m_name);
+    }
+    return names;
+}
+
 bool mrIniFile::valueExist(mrString section, mrString key) const {
     const mrValues* values = getSectionValues(section);
     return values != nullptr && values->exist(key) != nullptr;

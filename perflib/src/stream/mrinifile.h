@@ -57,6 +57,7 @@ class mrIniFile {
     void updateFile();
 
     bool sectionExist(mrString section) const;
+    mrStringList sectionNames() const;
     /// For suites that read ini files of their own.
     bool valueExist(mrString section, mrString key) const;
     mrString read(mrString section, mrString key, mrString defaultValue) const;

@@ -20,7 +20,7 @@ void mrDataList::set(mrString name, mrString value) {
     if (old != end()) {
         erase(old);
     }
-    append({name, value});
+    append({name, value, false});
 }
 
 mrDataList::iterator mrDataList::find(mrString name) {
@@ -37,6 +37,7 @@ bool mrDataList::get(mrString name, mrString& value) {
         return false;
     }
     value = at->m_value;
+    at->m_read = true;
     return true;
 }
 
@@ -97,14 +98,27 @@ mrString mrIStream::getItemValue(mrString key, mrString defaultValue, mrString c
 }
 
 mrString mrIStream::getItemValue(i_stream& in, mrString caption, mrString defaultValue) {
-    c_out << mrString("\n ") + caption + " [" + defaultValue + "] = ";
-    c_out.flush();
-    mrString answer;
-    if (!mrStop::answered([&] { in.getline(answer); })) {
-        answer = "";
+    const mrJournal::Answer* earlier = g_journal.nextAnswer();
+    const mrJournal::Answer answer =
+        earlier != nullptr ? *earlier
+                           : answerOf(in, mrString("\n ") + caption + " [" + defaultValue + "] = ");
+    if (answer.left) {
         deleteIStream();
         m_ended = true;
     }
-    m_lastSource = answer.empty() ? FromDefault : FromConsole;
-    return answer.empty() ? defaultValue : answer;
+    m_lastSource = answer.text.empty() ? FromDefault : FromConsole;
+    return answer.text.empty() ? defaultValue : answer.text;
+}
+
+mrJournal::Answer mrIStream::answerOf(i_stream& in, const mrString& question) {
+    c_out << question;
+    c_out.flush();
+    g_journal.ask();
+    mrJournal::Answer answer;
+    answer.left = !mrStop::answered([&] { in.getline(answer.text); });
+    if (answer.left) {
+        answer.text = "";
+    }
+    g_journal.answer(answer);
+    return answer;
 }

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "stream/mrinifile.h"
+#include "stream/mrjournal.h"
 
 /// A value given on the command line by -d.
 struct mrData {
     mrString m_name;
     mrString m_value;
+    bool m_read = false;
 };
 
 class mrDataList : public mrList<mrData> {
@@ -61,6 +63,8 @@ class mrIStream {
     int lastSource() const { return m_lastSource; }
 
   private:
+    static mrJournal::Answer answerOf(i_stream& in, const mrString& question);
+
     i_stream* m_istream = nullptr;
     std::unique_ptr<mrIniFile> m_iniFile;
     mrDataList m_dataList;

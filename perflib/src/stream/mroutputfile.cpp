@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <memory>
 
+#include "stream/mrjournal.h"
 #include "stream/mrostream.h"
 
 namespace {
@@ -26,9 +27,14 @@ bool isRegular(FILE* file) {
 constinit mrOutputFile* mrOutputFile::s_newest = nullptr;
 
 mrOutputFile::mrOutputFile(mrString name, bool append)
-    : o_stream(name, IO_WRITE | IO_APPEND | IO_NOPATH, true), m_older(s_newest), m_append(append) {
+    : o_stream(name, IO_WRITE | IO_APPEND | IO_NOPATH, true),
+      m_older(s_newest),
+      m_append(append || g_journal.resumes()) {
     if (isOpen() && isRegular(m_file) && !claim()) {
         closeFile();
+    }
+    if (isOpen()) {
+        g_journal.watch(fileno(m_file));
     }
     s_newest = this;
 }
@@ -83,6 +89,32 @@ bool mrOutputFile::endsWithinLine() const {
     }
     const int last = std::fgetc(file.get());
     return last != '\n' && last != EOF;
+}
+
+long long mrOutputFile::size() const {
+    struct stat status = {};
+    return isOpen() && fstat(fileno(m_file), &status) == 0 && S_ISREG(status.st_mode)
+               ? static_cast<long long>(status.st_size)
+               : -1;
+}
+
+void mrOutputFile::cut(long long size) {
+    if (size >= 0 && size < this->size() && ftruncate(fileno(m_file), static_cast<off_t>(size)) != 0) {
+        reportUnwritten();
+    }
+}
+
+void mrOutputFile::cutHalfLine() {
+    const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(m_name.c_str(), "r"), std::fclose);
+    long long lines = size();
+    if (file == nullptr || lines < 0) {
+        return;
+    }
+    while (lines > 0 && std::fseek(file.get(), static_cast<long>(lines - 1), SEEK_SET) == 0 &&
+           std::fgetc(file.get()) != '\n') {
+        --lines;
+    }
+    cut(lines);
 }
 
 void mrOutputFile::startEmpty() {

@@ -17,6 +17,13 @@ class mrOutputFile : public o_stream {
     static bool isWritten(const mrString& name);
     static void reportTwoKeys(const mrString& name);
 
+    /// Bytes; -1 if it is no file on a disk, which can't be cut.
+    long long size() const;
+    /// Leaves the first `size` bytes; nothing is done for a negative one.
+    void cut(long long size);
+    /// Takes back what stands behind the last line end.
+    void cutHalfLine();
+
   protected:
     void prepare(std::string& text) override;
 

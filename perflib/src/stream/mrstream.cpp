@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "stream/mrfilenames.h"
+#include "stream/mrjournal.h"
 #include "stream/mrostream.h"
 
 namespace {
@@ -94,9 +95,13 @@ void o_stream::reportUnwritten() {
 }
 
 void o_stream::write(const mrString& text) {
+    if (g_journal.silent()) {
+        return;
+    }
     if (m_isNamed && isOpen()) {
         m_pending += text.c_str();
-        if (m_pending.size() >= WriteSize) {
+        // a process that is killed must not take lines with it
+        if (m_pending.size() >= WriteSize || (g_journal.kept() && m_pending.ends_with('\n'))) {
             send();
         }
     } else if (std::fputs(text.c_str(), isOpen() ? file() : stdout) == EOF) {

@@ -18,6 +18,12 @@ mrException::mrException(const char* signalText) { setTexts("--ZYL. Signal: ", s
 
 mrException::mrException(const mrString& text) { setTexts("--ZYL. Exception: ", text); }
 
+mrException mrException::lostProcess(const mrString& text) {
+    mrException exception;
+    exception.setTexts("--ZYL. Process: ", text);
+    return exception;
+}
+
 void mrException::setTexts(const char* kind, const mrString& text) {
     store(m_info, text);
     store(m_msg, mrString(kind) + text);

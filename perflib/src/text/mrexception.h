@@ -14,11 +14,15 @@ class mrException {
     mrException& operator=(const mrException&) = default;
     virtual ~mrException() = default;
 
-    /// With its kind in front: "--ZYL. Signal: ..." or "--ZYL. Exception: ...".
+    /// The end of the process that called the function, by its text.
+    static mrException lostProcess(const mrString& text);
+
+    /// With its kind in front: "--ZYL. Signal: ...", "--ZYL. Exception: ..." or "--ZYL. Process: ...".
     mrString msg() const { return m_msg; }
     mrString info() const { return m_info; }
 
   private:
+    mrException() = default;
     void setTexts(const char* kind, const mrString& text);
 
     char m_msg[274];

@@ -1,0 +1,22 @@
+#pragma once
+
+/// A history on a terminal and as a document.
+
+#include <string>
+
+#include "history/overview.h"
+
+namespace lab {
+
+/// A line a function, or with `points` a line a point, lines ended. Whatever names hold, nothing in it steers
+/// a terminal but the colours.
+std::string historyTable(const Overview& overview, bool points, bool colours);
+
+/// What became of the points in the shown range, in one sentence.
+std::string historySentence(const Overview& overview);
+
+/// One JSON document (`schema` "metrig-lab.history"), line ended, in UTF-8: bytes that are no UTF-8 are
+/// replaced.
+std::string historyJson(const Overview& overview);
+
+}  // namespace lab
