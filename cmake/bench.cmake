@@ -2,6 +2,7 @@
 
 add_custom_target(bench DEPENDS metrig)
 
+# Program bench_<name> of bench/<name>.cpp and the sources that follow.
 function(add_bench name)
     add_executable(bench_${name} ${ARGN} bench/${name}.cpp)
     target_link_libraries(bench_${name} PRIVATE perflib ${ZYL_LIBRARIES} metrig_warnings)

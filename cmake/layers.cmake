@@ -5,9 +5,9 @@
 function(add_layer name)
     cmake_parse_arguments(LAYER "" "" "USES" ${ARGN})
     # "measure/mrtool.h" is found in a folder that holds a link to measure/ and nothing else.
-    set(root ${CMAKE_BINARY_DIR}/layers/${name})
+    set(root ${PROJECT_BINARY_DIR}/layers/${name})
     file(MAKE_DIRECTORY ${root})
-    file(CREATE_LINK ${CMAKE_SOURCE_DIR}/perflib/src/${name} ${root}/${name} SYMBOLIC)
+    file(CREATE_LINK ${PROJECT_SOURCE_DIR}/perflib/src/${name} ${root}/${name} SYMBOLIC)
     file(GLOB sources CONFIGURE_DEPENDS perflib/src/${name}/*.cpp)
     list(REMOVE_ITEM sources ${main_source})
     add_library(layer_${name} OBJECT ${sources})

@@ -85,8 +85,8 @@ if(TARGET run_tests)
     endforeach()
     set(run_list ${CMAKE_BINARY_DIR}/run_tests_suites.cmake)
     add_custom_command(TARGET run_tests POST_BUILD VERBATIM
-        COMMAND ${CMAKE_COMMAND} -DEMULATOR=${METRIG_EMULATOR} -DPROGRAM=$<TARGET_FILE:run_tests> -DLIST=${run_list} -DTIMEOUT=300
-                "-DSUITES=$<IF:$<CONFIG:Asan>,^Construction,.>"
+        COMMAND ${CMAKE_COMMAND} -DEMULATOR=${METRIG_EMULATOR} -DPROGRAM=$<TARGET_FILE:run_tests> -DLIST=${run_list}
+                -DTIMEOUT=300 "-DSUITES=$<IF:$<CONFIG:Asan>,^Construction,.>"
                 -P ${CMAKE_SOURCE_DIR}/cmake/discover_suites.cmake)
     file(WRITE ${CMAKE_BINARY_DIR}/run_tests.cmake
         "if(EXISTS \"${run_list}\")\n  include(\"${run_list}\")\n"
@@ -108,3 +108,6 @@ add_test(NAME metrig_page
     COMMAND ${CMAKE_COMMAND} -DPAGE=${page} -DEMULATOR=${METRIG_EMULATOR} -DPROGRAM=$<TARGET_FILE:metrig-page>
             -DFOLDER=${CMAKE_BINARY_DIR}/page -P ${CMAKE_SOURCE_DIR}/tests/run/page_test.cmake)
 set_tests_properties(metrig_page PROPERTIES TIMEOUT 60 RESOURCE_LOCK measuring)
+
+add_test(NAME docs_names COMMAND ${CMAKE_SOURCE_DIR}/tests/docs/names)
+set_tests_properties(docs_names PROPERTIES TIMEOUT 60)

@@ -9,11 +9,10 @@
 #include <string>
 
 #include "commands/commands.h"
+#include "machine/version.h"
 #include "show/report.h"
 
 namespace {
-
-constexpr const char* labVersion = "1.0";
 
 int runCommandLine(int argc, char** argv) {
     char** const end = argv + argc;
@@ -23,7 +22,7 @@ int runCommandLine(int argc, char** argv) {
 
     CLI::App app("Compares builds of a library, and measures one, by instruments that take turns.",
                  "metrig-lab");
-    app.set_version_flag("--version", fmt::format("metrig-lab {}", labVersion));
+    app.set_version_flag("--version", fmt::format("metrig-lab {}", lab::labVersion()));
     app.require_subcommand(1);
     app.footer(lab::statusHelp);
     for (const auto add :

@@ -2,7 +2,7 @@
 
 #include "p_common.h"
 
-#include "zy.h"
+#include "job/mrregistry.h"
 
 namespace {
 

@@ -23,9 +23,12 @@ struct Options {
 };
 
 void addSides(CLI::App& command, Options& options) {
-    command.add_option("OLD", options.settings.folders[0], "folder with the three shared objects")
+    command
+        .add_option("OLD", options.settings.folders[0],
+                    "folder with the shared objects of the old build, or a program with suites")
         ->required();
-    command.add_option("NEW", options.settings.folders[1], "the same of the new build; or the same folder")
+    command
+        .add_option("NEW", options.settings.folders[1], "the same of the new build; or the same once more")
         ->required();
     command.add_option("--old-keys", options.keys[0],
                        "keys of metrig for the old side alone: --old-keys=-TSSE2");

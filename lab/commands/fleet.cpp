@@ -36,10 +36,10 @@ struct Options {
 void say(const std::string& text) { fmt::print(stderr, "{}\n", text); }
 
 /// Options of "compare" that a session gets from the file or from this program.
-const std::set<std::string> ofTheFleet = {"OLD",      "NEW",    "--output", "--core",   "--metrig",
+const std::set<std::string> ofTheFleet = {"OLD",      "NEW",    "--output", "--core",   "--instrument",
                                           "--family", "--kind", "--points", "--fail-on"};
 /// Those of them that can be said all the same.
-const std::set<std::string> alsoSaid = {"OLD", "NEW", "--metrig", "--family"};
+const std::set<std::string> alsoSaid = {"OLD", "NEW", "--instrument", "--family"};
 
 /// What stands after the first "--": "compare OLD NEW ...", and keys of metrig after another one.
 FleetOrder readOrder(const std::vector<std::string>& words) {
@@ -72,8 +72,8 @@ FleetOrder readOrder(const std::vector<std::string>& words) {
     Settings& settings = order.settings;
     settings.folders = {command.get_option("OLD")->as<std::string>(),
                         command.get_option("NEW")->as<std::string>()};
-    if (command.count("--metrig") > 0) {
-        settings.instrument = command.get_option("--metrig")->as<std::string>();
+    if (command.count("--instrument") > 0) {
+        settings.instrument = command.get_option("--instrument")->as<std::string>();
     }
     if (command.count("--family") > 0) {
         settings.family = parseShare(command.get_option("--family")->as<std::string>());
@@ -146,7 +146,7 @@ int run(const Options& options, const std::vector<std::string>& words) {
     order.label = options.label;
     const std::array<StoredSide, 2> sides = findSides(order.settings);
     const FleetRun run = planRun(fleet, order, sides);
-    const bool slurm = options.road.empty() ? isProgram("sbatch") : options.road == "slurm";
+    const bool slurm = options.road.empty() ? isOnPath("sbatch") : options.road == "slurm";
     if (options.dryRun) {
         return printScripts(fleet, run, slurm);
     }

@@ -29,7 +29,9 @@ void addRunOptions(CLI::App& command, RunSettings& settings, bool& noWait) {
         ->check(CLI::NonNegativeNumber);
     command.add_option("--seed", settings.seed, "of all that is random (random)");
     command.add_flag("--no-wait", noWait, "does not wait for a quiet machine");
-    command.add_option("--metrig", settings.instrument, "the instrument (that of the libraries' width)")
+    command
+        .add_option("--instrument", settings.instrument,
+                    "program whose suites call the shared objects (metrig, in their width)")
         ->check(CLI::ExistingFile);
 }
 

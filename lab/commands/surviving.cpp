@@ -77,7 +77,7 @@ void addSurvival(CLI::App& command, SurvivalOptions& options) {
                     "folder with the three shared objects (LD_LIBRARY_PATH, or those of the instrument)")
         ->check(CLI::ExistingDirectory);
     command
-        .add_option("--metrig", options.instrument,
+        .add_option("--instrument", options.instrument,
                     "the instrument (that of the library's width; 32 bits where no folder tells it)")
         ->check(CLI::ExistingFile);
     addParsed(command, "--patience", options.patience,

@@ -8,6 +8,7 @@
 #include "compare/quiet.h"
 #include "compare/survey.h"
 #include "machine/facts.h"
+#include "machine/version.h"
 
 namespace lab {
 
@@ -102,6 +103,7 @@ Store beginComparison(const Settings& asked, const std::string& path, const Watc
         markEqualCode(head.points, head.sides);
     }
     head.settings = settingTexts(settings);
+    head.settings.emplace_back("version", labVersion());
     head.settings.emplace_back("mhz", std::to_string(mhz));
     head.settings.emplace_back("session", newIdentity());
     head.settings.emplace_back("identical", isSelfComparison(head.sides) ? "yes" : "no");

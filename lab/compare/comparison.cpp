@@ -20,9 +20,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Losses within a function, but for the last, are taken for chance.
-constexpr int ChancesOfFunction = 2;
-
 /// The points that stay open at the next look ask for about as many visits again, so much has been seen.
 constexpr double LooksAhead = 2.0;
 
@@ -176,8 +173,8 @@ class Run {
                     .append(end.losses[side]);
             }
         }
-        if (++m_losses[end.function] < ChancesOfFunction) {
-            warn(end.function + " lost an instrument once (" + words + "), and was tried again");
+        if (++m_losses[end.function] < end.chances()) {
+            warn(end.function + " lost an instrument (" + words + "), and was tried again");
             return;
         }
         m_store.addFate(end.function, fates);

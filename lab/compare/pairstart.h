@@ -1,6 +1,6 @@
 #pragma once
 
-/// Fresh instruments on fresh copies of their libraries: a pair that is compared, or one by itself.
+/// Fresh instruments on fresh copies of what they measure: a pair that is compared, or one by itself.
 
 #include <memory>
 #include <span>
@@ -15,7 +15,7 @@ namespace lab {
 /// What was started of a side.
 struct Started {
     std::unique_ptr<Instrument> instrument;
-    /// Where it really has its shared objects mapped, in the order of libraryObjects.
+    /// Where it really has its objects mapped, in the order of StoredSide::objects.
     std::vector<std::string> mapped;
 };
 

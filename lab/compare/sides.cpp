@@ -1,8 +1,11 @@
 #include "compare/sides.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <filesystem>
 
+#include "compare/objects.h"
 #include "machine/elf.h"
 #include "machine/facts.h"
 #include "machine/instruments.h"
@@ -15,38 +18,46 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::vector<StoredObject> objectsIn(const std::string& folder) {
-    std::vector<StoredObject> objects;
-    for (const std::string& name : libraryObjects) {
-        const std::string path = fs::path(folder) / name;
-        if (!fs::is_regular_file(path)) {
-            throw std::runtime_error(path + ": no such file");
-        }
-        const std::string content = fileContent(path);
-        const auto facts = elfFacts(content);
-        if (!facts) {
-            throw std::runtime_error(path + ": no shared object");
-        }
-        objects.push_back({name, path, "", sha256(content), facts->buildId, facts->bits});
-        if (facts->bits != objects.front().bits) {
-            throw std::runtime_error(folder + ": shared objects of 32 and of 64 bits");
+std::string folderOf(const StoredSide& side) {
+    if (!fs::is_directory(side.name)) {
+        throw std::runtime_error(side.name + ": no such folder");
+    }
+    return fs::canonical(side.name);
+}
+
+void findFolders(std::array<StoredSide, 2>& sides, const std::string& asked) {
+    for (StoredSide& side : sides) {
+        if (asked.empty()) {
+            findFiles(side);
+        } else {
+            side.folder = folderOf(side);
+            side.instrument = fs::canonical(asked);
         }
     }
-    return objects;
+    if (!asked.empty()) {
+        findObjectsInFolders(sides);
+    }
+}
+
+void findPrograms(std::array<StoredSide, 2>& sides, const std::string& asked) {
+    if (!asked.empty()) {
+        throw std::runtime_error("--instrument is for folders; " + sides[0].name +
+                                 " is an instrument itself");
+    }
+    for (StoredSide& side : sides) {
+        if (access(side.name.c_str(), X_OK) != 0) {
+            throw std::runtime_error(side.name + ": no program that can be run; is its folder meant?");
+        }
+        side.instrument = fs::canonical(side.name);
+        findObjectsOfProgram(side);
+    }
 }
 
 }  // namespace
 
-StoredSide findFiles(const std::string& folder, const std::vector<std::string>& keys) {
-    if (!fs::is_directory(folder)) {
-        throw std::runtime_error(folder + ": no such folder");
-    }
-    StoredSide side;
-    side.name = folder;
-    side.folder = fs::canonical(folder);
-    side.objects = objectsIn(side.folder);
-    side.keys = keys;
-    return side;
+void findFiles(StoredSide& side) {
+    side.folder = folderOf(side);
+    side.objects = objectsIn(side.folder, libraryObjects);
 }
 
 std::string changedObject(std::span<const StoredSide> sides) {
@@ -62,21 +73,39 @@ std::string changedObject(std::span<const StoredSide> sides) {
 
 std::array<StoredSide, 2> findSides(const Settings& settings) {
     std::array<StoredSide, 2> sides;
+    int programs = 0;
     for (std::size_t i = 0; i < 2; ++i) {
-        std::vector<std::string> keys = settings.keys;
-        keys.insert(keys.end(), settings.sideKeys[i].begin(), settings.sideKeys[i].end());
-        sides[i] = findFiles(settings.folders[i], keys);
+        StoredSide& side = sides[i];
+        side.name = settings.folders[i];
+        side.keys = settings.keys;
+        side.keys.insert(side.keys.end(), settings.sideKeys[i].begin(), settings.sideKeys[i].end());
+        if (!fs::exists(side.name)) {
+            throw std::runtime_error(side.name + ": no such folder or program");
+        }
+        programs += fs::is_regular_file(side.name) ? 1 : 0;
+    }
+    if (programs == 1) {
+        throw std::runtime_error(sides[0].name + " and " + sides[1].name + ": a folder and a program");
+    }
+    if (programs == 0) {
+        findFolders(sides, settings.instrument);
+    } else {
+        findPrograms(sides, settings.instrument);
     }
     const int bits = sides[0].objects.front().bits;
     if (sides[1].objects.front().bits != bits) {
-        throw NotComparable("the old library is of " + std::to_string(bits) + " bits, the new one of " +
+        throw NotComparable("the old build is of " + std::to_string(bits) + " bits, the new one of " +
                             std::to_string(sides[1].objects.front().bits));
     }
-    const std::string instrument = settings.instrument.empty() ? instrumentOf(bits) : settings.instrument;
-    sides[0].instrument = instrument;
-    sides[1].instrument = instrument;
+    for (StoredSide& side : sides) {
+        if (side.instrument.empty()) {
+            side.instrument = instrumentOf(bits);
+        }
+    }
     return sides;
 }
+
+bool isProgram(const StoredSide& side) { return side.folder.empty(); }
 
 bool areSameObjects(const std::array<StoredSide, 2>& sides) {
     const auto same = [](const StoredObject& a, const StoredObject& b) { return a.sha256 == b.sha256; };
@@ -91,9 +120,14 @@ bool isSelfComparison(const std::array<StoredSide, 2>& sides) {
 std::vector<std::string> functionsOfEqualCode(const std::array<StoredSide, 2>& sides,
                                               const std::vector<std::string>& functions) {
     std::vector<std::string> equal;
-    for (std::size_t object = 0; object < sides[0].objects.size(); ++object) {
-        const std::string older = fileContent(sides[0].objects[object].path);
-        const std::string newer = fileContent(sides[1].objects[object].path);
+    for (const StoredObject& object : sides[0].objects) {
+        const auto same = std::find_if(sides[1].objects.begin(), sides[1].objects.end(),
+                                       [&](const StoredObject& other) { return other.name == object.name; });
+        if (same == sides[1].objects.end()) {
+            continue;
+        }
+        const std::string older = fileContent(object.path);
+        const std::string newer = fileContent(same->path);
         for (const std::string& function : functions) {
             const std::string_view code = elfCode(older, function);
             if (!code.empty() && code == elfCode(newer, function)) {

@@ -15,16 +15,21 @@ struct NotComparable : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// What the files tell of both sides. std::runtime_error for a folder without the shared objects, and where
-/// no instrument of their width is built; NotComparable for objects of different widths.
+/// What the files tell of both sides: two folders, compared by the instrument asked for or by that of their
+/// width, or two programs that are instruments themselves. std::runtime_error for a folder without the shared
+/// objects, where there is no instrument of their width, or one does not start; NotComparable for different
+/// widths.
 std::array<StoredSide, 2> findSides(const Settings& settings);
 
-/// What the files in the folder tell of a side with these keys, its instrument aside. std::runtime_error for
-/// a folder without the shared objects.
-StoredSide findFiles(const std::string& folder, const std::vector<std::string>& keys);
+/// Gives a side with name and keys its folder and the three shared objects in it. std::runtime_error for a
+/// folder without them.
+void findFiles(StoredSide& side);
 
 /// The path of a shared object that is not what it was when the sides were found; empty if all are.
 std::string changedObject(std::span<const StoredSide> sides);
+
+/// Whether the side is a program, and the first of its objects.
+bool isProgram(const StoredSide& side);
 
 /// Whether both sides are the same to the byte.
 bool areSameObjects(const std::array<StoredSide, 2>& sides);

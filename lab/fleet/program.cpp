@@ -158,7 +158,7 @@ ProgramEnd runProgram(const ProgramStart& start) {
     return end;
 }
 
-bool isProgram(const std::string& name) {
+bool isOnPath(const std::string& name) {
     const char* path = std::getenv("PATH");
     std::istringstream folders(path == nullptr ? "" : path);
     for (std::string folder; std::getline(folders, folder, ':');) {

@@ -25,7 +25,7 @@ struct ProgramStart {
 ProgramEnd runProgram(const ProgramStart& start);
 
 /// Whether PATH has such a program.
-bool isProgram(const std::string& name);
+bool isOnPath(const std::string& name);
 
 /// One word for a shell, whatever the text holds.
 std::string quoted(const std::string& text);

@@ -7,6 +7,7 @@
 #include <set>
 #include <stdexcept>
 
+#include "compare/sides.h"
 #include "machine/facts.h"
 #include "machine/sha256.h"
 
@@ -94,6 +95,10 @@ std::string FleetRun::storeOf(const Kind& kind, int session) const {
 double familyOfSession(const FleetFile& fleet, double family) { return family / fleet.sessions(); }
 
 FleetRun planRun(const FleetFile& fleet, const FleetOrder& order, const std::array<StoredSide, 2>& sides) {
+    if (isProgram(sides[0])) {
+        throw std::runtime_error("a fleet compares folders of shared objects, " + sides[0].name +
+                                 " is a program");
+    }
     FleetRun run;
     run.older = "old/" + nameOf(sides[0]);
     run.newer = "new/" + nameOf(sides[1]);

@@ -86,7 +86,7 @@ std::string arguments(const FleetRun& run, const Kind& kind) {
                       "    set -- resume \"$store\"\n"
                       "else\n"
                       "    set -- compare \"$programs\"/{} \"$programs\"/{} --output=\"$store\" \\\n"
-                      "        --metrig=\"$programs/metrig\"{} \\\n"
+                      "        --instrument=\"$programs/metrig\"{} \\\n"
                       "        --{}{}\n"
                       "fi\n\n",
                       quoted(run.older), quoted(run.newer), options, words(run.keys), words(kind.keys));

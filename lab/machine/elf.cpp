@@ -14,6 +14,7 @@ struct Elf32 {
     using Header = Elf32_Ehdr;
     using Segment = Elf32_Phdr;
     using Section = Elf32_Shdr;
+    using Entry = Elf32_Dyn;
     using Symbol = Elf32_Sym;
 };
 
@@ -21,6 +22,7 @@ struct Elf64 {
     using Header = Elf64_Ehdr;
     using Segment = Elf64_Phdr;
     using Section = Elf64_Shdr;
+    using Entry = Elf64_Dyn;
     using Symbol = Elf64_Sym;
 };
 
@@ -67,12 +69,43 @@ std::string buildIdOf(std::string_view notes) {
 }
 
 template <class Elf>
+std::optional<typename Elf::Section> sectionAt(std::string_view file, const typename Elf::Header& header,
+                                               std::uint64_t index) {
+    return record<typename Elf::Section>(file, std::uint64_t{header.e_shoff} + index * header.e_shentsize);
+}
+
+template <class Elf>
+std::string_view contentOf(std::string_view file, const typename Elf::Section& section) {
+    return part(file, section.sh_offset, section.sh_size);
+}
+
+template <class Elf>
+std::string sonameOf(std::string_view file, const typename Elf::Header& header) {
+    for (unsigned i = 0; i < header.e_shnum; ++i) {
+        const auto table = sectionAt<Elf>(file, header, i);
+        const auto texts = table && table->sh_type == SHT_DYNAMIC
+                               ? sectionAt<Elf>(file, header, table->sh_link)
+                               : std::nullopt;
+        const std::string_view entries = texts ? contentOf<Elf>(file, *table) : std::string_view();
+        for (std::uint64_t at = 0; const auto entry = record<typename Elf::Entry>(entries, at);
+             at += sizeof *entry) {
+            const std::string_view names = contentOf<Elf>(file, *texts);
+            if (entry->d_tag == DT_SONAME && entry->d_un.d_val < names.size()) {
+                const std::string_view name = names.substr(static_cast<std::size_t>(entry->d_un.d_val));
+                return std::string(name.substr(0, name.find('\0')));
+            }
+        }
+    }
+    return "";
+}
+
+template <class Elf>
 std::optional<ElfFacts> factsOf(std::string_view file, int bits) {
     const auto header = record<typename Elf::Header>(file, 0);
     if (!header) {
         return std::nullopt;
     }
-    ElfFacts facts{bits, header->e_machine, ""};
+    ElfFacts facts{bits, header->e_machine, "", sonameOf<Elf>(file, *header)};
     for (unsigned i = 0; i < header->e_phnum && facts.buildId.empty(); ++i) {
         const auto segment = record<typename Elf::Segment>(
             file, std::uint64_t{header->e_phoff} + std::uint64_t{i} * header->e_phentsize);
@@ -86,12 +119,6 @@ std::optional<ElfFacts> factsOf(std::string_view file, int bits) {
     return facts;
 }
 
-template <class Elf>
-std::optional<typename Elf::Section> sectionAt(std::string_view file, const typename Elf::Header& header,
-                                               std::uint64_t index) {
-    return record<typename Elf::Section>(file, std::uint64_t{header.e_shoff} + index * header.e_shentsize);
-}
-
 bool startsWithName(std::string_view names, std::uint64_t at, std::string_view name) {
     return at < names.size() && names.size() - at > name.size() &&
            names.substr(static_cast<std::size_t>(at), name.size()) == name &&
@@ -103,13 +130,12 @@ std::string_view codeOf(std::string_view file, std::string_view function) {
     const auto header = record<typename Elf::Header>(file, 0);
     for (unsigned i = 0; header && i < header->e_shnum; ++i) {
         const auto table = sectionAt<Elf>(file, *header, i);
-        if (!table || table->sh_type != SHT_DYNSYM) {
+        if (!table || (table->sh_type != SHT_DYNSYM && table->sh_type != SHT_SYMTAB)) {
             continue;
         }
         const auto texts = sectionAt<Elf>(file, *header, table->sh_link);
-        const std::string_view names =
-            texts ? part(file, texts->sh_offset, texts->sh_size) : std::string_view();
-        const std::string_view symbols = part(file, table->sh_offset, table->sh_size);
+        const std::string_view names = texts ? contentOf<Elf>(file, *texts) : std::string_view();
+        const std::string_view symbols = contentOf<Elf>(file, *table);
         for (std::uint64_t at = 0; const auto symbol = record<typename Elf::Symbol>(symbols, at);
              at += sizeof *symbol) {
             const auto home = sectionAt<Elf>(file, *header, symbol->st_shndx);

@@ -3,6 +3,7 @@
 #include <sched.h>
 #include <sys/utsname.h>
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <sstream>
@@ -76,13 +77,23 @@ Facts machineFacts(int core, const std::string& root) {
     return known;
 }
 
-std::vector<std::string> mappedPaths(pid_t process, const std::vector<std::string>& names,
-                                     const std::string& root) {
-    std::vector<std::string> paths(names.size());
+std::vector<std::string> mappedFiles(pid_t process, const std::string& root) {
+    std::vector<std::string> paths;
     std::ifstream maps(root + "/proc/" + std::to_string(process) + "/maps");
     for (std::string line; std::getline(maps, line);) {
         const std::size_t start = line.find('/');
         const std::string path = start == std::string::npos ? "" : line.substr(start);
+        if (!path.empty() && std::find(paths.begin(), paths.end(), path) == paths.end()) {
+            paths.push_back(path);
+        }
+    }
+    return paths;
+}
+
+std::vector<std::string> mappedPaths(pid_t process, const std::vector<std::string>& names,
+                                     const std::string& root) {
+    std::vector<std::string> paths(names.size());
+    for (const std::string& path : mappedFiles(process, root)) {
         for (std::size_t i = 0; i < names.size(); ++i) {
             const std::string end = "/" + names[i];
             if (path.size() >= end.size() && path.compare(path.size() - end.size(), end.size(), end) == 0) {

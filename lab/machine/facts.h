@@ -20,6 +20,9 @@ std::string fileContent(const std::string& path);
 /// Of the machine, and of `core`: processor, kernel, hypervisor where there is one, governor, siblings, load.
 Facts machineFacts(int core, const std::string& root = "");
 
+/// Paths of the files that the process has mapped, each once.
+std::vector<std::string> mappedFiles(pid_t process, const std::string& root = "");
+
 /// Where the process has mapped the files of these names; "" for one that it has not.
 std::vector<std::string> mappedPaths(pid_t process, const std::vector<std::string>& names,
                                      const std::string& root = "");

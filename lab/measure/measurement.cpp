@@ -29,8 +29,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Losses within a function, but for the last, are taken for chance.
-constexpr int ChancesOfFunction = 2;
 /// Visits without a turn after which no further one is made.
 constexpr int MostBarren = 2;
 
@@ -170,8 +168,8 @@ class Run {
     /// A function that repeats its loss is out of the measurement.
     void noteLoss(const WalkEnd& end, std::vector<std::size_t>& wanted) {
         const std::string& what = end.losses[0];
-        if (++m_losses[end.function] < ChancesOfFunction) {
-            warn(end.function + " lost its instrument once (" + what + "), and was tried again");
+        if (++m_losses[end.function] < end.chances()) {
+            warn(end.function + " lost its instrument (" + what + "), and was tried again");
             return;
         }
         m_store.addFate(end.function, {Fate{0, what}, Fate{}});
@@ -264,7 +262,9 @@ Store beginMeasurement(const MeasureSettings& asked, const std::string& path, co
     head.kind = StoreKind::measurement;
     Store::checkPath(path, head.kind);
     StoredSide& side = head.sides[0];
-    side = findFiles(settings.folder, settings.keys);
+    side.name = settings.folder;
+    side.keys = settings.keys;
+    findFiles(side);
     const int bits = side.objects.front().bits;
     side.instrument = settings.instrument.empty() ? instrumentOf(bits) : settings.instrument;
     if (!settings.against.empty()) {

@@ -34,8 +34,8 @@ struct StoredObject {
 
 struct StoredSide {
     std::string name;               ///< as the user gave it
-    std::string folder;             ///< of the shared objects
-    std::string instrument;         ///< path of the program
+    std::string folder;             ///< of the shared objects; empty for a side that is a program
+    std::string instrument;         ///< path of the program, which may be one of the objects
     std::string library;            ///< line that the library says of itself
     std::vector<std::string> keys;  ///< of the instrument, those of both sides included
     std::vector<StoredObject> objects;

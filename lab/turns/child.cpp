@@ -95,8 +95,8 @@ std::vector<std::string> childEnvironment(const std::vector<std::string>& more) 
 
 /// In the child, where nothing may be allocated any more. Writes errno to `failed` if the program can't
 /// start.
-[[noreturn]] void becomeProgram(pid_t parent, int in, int out, int console, int failed, char** arguments,
-                                char** environment) {
+[[noreturn]] void becomeProgram(pid_t parent, int in, int out, int console, int failed, const char* program,
+                                char** arguments, char** environment) {
     setpgid(0, 0);
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     const int null = open("/dev/null", O_RDWR | O_CLOEXEC);
@@ -106,7 +106,7 @@ std::vector<std::string> childEnvironment(const std::vector<std::string>& more) 
     // a parent that died before the line above would never tell
     if (getppid() == parent && dup2(null, 0) == 0 && dup2(console, 1) == 1 && dup2(console, 2) == 2 &&
         fcntl(in, F_SETFD, 0) == 0 && fcntl(out, F_SETFD, 0) == 0) {
-        execve(arguments[0], arguments, environment);
+        execve(program, arguments, environment);
     }
     const int error = errno;
     [[maybe_unused]] const ssize_t written = write(failed, &error, sizeof error);
@@ -143,13 +143,14 @@ Child::Child(const ChildStart& start, std::chrono::milliseconds patience) : m_pa
     std::vector<std::string> environment = childEnvironment(more);
     const std::vector<char*> argv = pointers(arguments);
     const std::vector<char*> envp = pointers(environment);
+    const std::string& program = start.copy.empty() ? start.program : start.copy;
     const pid_t parent = getpid();
     m_process = fork();
     if (m_process < 0) {
         fail("fork");
     }
     if (m_process == 0) {
-        becomeProgram(parent, to.ends[0], from.ends[1], console.ends[1], failed.ends[1],
+        becomeProgram(parent, to.ends[0], from.ends[1], console.ends[1], failed.ends[1], program.c_str(),
                       const_cast<char**>(argv.data()), const_cast<char**>(envp.data()));
     }
     setpgid(m_process, m_process);  // here too: a kill of the group may come before the child got so far

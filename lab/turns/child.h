@@ -25,6 +25,8 @@ struct ChildStart {
     std::string program;
     std::vector<std::string> arguments;
     std::vector<std::string> environment;  ///< "NAME=value", beside what this process has
+    /// Of the program, and runs in its place under its name; empty: the program itself.
+    std::string copy = {};
 };
 
 /// A process in a group of its own, which ends with the one that started it. The descriptors that it speaks

@@ -68,6 +68,8 @@ void copy(const std::string& from, const std::string& to) {
     if (!source || !(target << source.rdbuf()) || !target.flush()) {
         throw std::runtime_error("can't copy " + from + " to " + to);
     }
+    target.close();
+    fs::permissions(to, fs::perms::owner_all);  // programs are among them
 }
 
 void writeFiller(const std::string& path, std::uint64_t pages) {
@@ -76,7 +78,7 @@ void writeFiller(const std::string& path, std::uint64_t pages) {
 
 }  // namespace
 
-LibraryCopies::LibraryCopies(const std::vector<std::string>& folders, Random& random) {
+LibraryCopies::LibraryCopies(const std::vector<std::vector<Original>>& originals, Random& random) {
     const std::string home = homeOfCopies();
     removeAbandoned(home);
     m_base = home + "/" + namesBegin + "XXXXXX";
@@ -86,11 +88,11 @@ LibraryCopies::LibraryCopies(const std::vector<std::string>& folders, Random& ra
     m_lock = open(m_base.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     flock(m_lock, LOCK_EX);
     try {
-        for (const std::size_t side : random.order(folders.size())) {
+        for (const std::size_t side : random.order(originals.size())) {
             fs::create_directory(folder(side));
-            for (const std::string& name : libraryObjects) {
+            for (const auto& [name, path] : originals[side]) {
                 writeFiller(folder(side) + "/filler-" + name, random.below(FillerPages));
-                copy(folders[side] + "/" + name, folder(side) + "/" + name);
+                copy(path, folder(side) + "/" + name);
             }
         }
     } catch (...) {

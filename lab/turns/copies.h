@@ -1,6 +1,6 @@
 #pragma once
 
-/// Fresh copies of libraries. The pages of a file stay the same for hours, and which they
+/// Fresh copies of the files that are measured. The pages of a file stay the same for hours, and which they
 /// are shows in the figures, so each process gets pages of its own.
 
 #include <cstddef>
@@ -11,17 +11,23 @@
 
 namespace lab {
 
-/// The shared objects of a library.
+/// The shared objects of the library `zylch`.
 inline const std::vector<std::string> libraryObjects = {"libzylcore.so.10", "libzyls.so.10",
                                                         "libzylch.so.10"};
+
+/// A file, and the name that its copy gets.
+struct Original {
+    std::string name;
+    std::string path;
+};
 
 /// Folders in memory, where the system has room for files that can be mapped as programs there. They
 /// vanish with the object, and what an object of a killed process left behind vanishes with the next one.
 class LibraryCopies {
   public:
-    /// `folders` hold the originals, of one side or of two; these are copied in random order.
-    /// std::runtime_error if a file can't be read or written.
-    LibraryCopies(const std::vector<std::string>& folders, Random& random);
+    /// The originals of one side or of two; the sides are copied in random order. std::runtime_error if a
+    /// file can't be read or written.
+    LibraryCopies(const std::vector<std::vector<Original>>& originals, Random& random);
     LibraryCopies(const LibraryCopies&) = delete;
     LibraryCopies& operator=(const LibraryCopies&) = delete;
     ~LibraryCopies();

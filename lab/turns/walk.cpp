@@ -294,6 +294,13 @@ TurnSize turnSize(const TurnShape& shape, double ticksOfCall, int mhz) {
     return {1, std::clamp(static_cast<int>(std::min(callsOfTurn, 1e6)), 1, shape.blocks)};
 }
 
+int WalkEnd::chances() const {
+    constexpr int usual = 2;
+    constexpr int whenKilled = 6;
+    const auto killed = [](const std::string& loss) { return loss.starts_with("killed by signal 9 "); };
+    return std::any_of(losses.begin(), losses.end(), killed) ? whenKilled : usual;
+}
+
 WalkEnd walk(std::span<Instrument* const> sides, const Route& route, const WalkTask& task) {
     return Walk(sides, route, task).run();
 }

@@ -81,6 +81,9 @@ struct WalkEnd {
     std::array<std::string, 2> losses;  ///< old, new; empty: that side would have gone on
 
     bool lost() const { return !losses[0].empty() || !losses[1].empty(); }
+    /// So many losses in a row within one function are no chance: more of them where a side was killed, as
+    /// that comes from others, a system short of memory or a person.
+    int chances() const;
 };
 
 /// Walks until all wanted points are visited, the task says stop or an instrument is lost; what was measured

@@ -21,6 +21,13 @@ constexpr Zyl64u zyLongestTime = 0x7FFFFFFFFFFFFFFF;
 /// Keeps a turn of a counted loop that would otherwise be optimised away, and orders memory around it.
 ZY_ENTRY void zyKeepTurn() { asm volatile("" ::: "memory"); }
 
+/// Keeps what a body has computed, and so its call: a compiler that knows the function may see that nobody
+/// asks for the result, and leave the call out.
+template <class T>
+ZY_ENTRY void zyKeep(T value) {
+    asm volatile("" : : "g"(value) : "memory");
+}
+
 // The two timed stretches are functions of their own: what their callers keep between calls, totals of 64
 // bits above all, would in 32 bits go through memory around each call of the body. Here nothing lives across
 // a turn but the counter and the start, and those fit into the registers that a call leaves alone.

@@ -32,7 +32,7 @@ class Nights : public testing::Test {
 
     void compare(const std::string& older, const std::string& newer) {
         lab("compare " + older + " " + newer + " -o " + older + newer +
-            ".db --metrig " LAB_FAKE_INSTRUMENT " --no-wait --epochs 3");
+            ".db --instrument " LAB_FAKE_INSTRUMENT " --no-wait --epochs 3");
     }
 
     TestFolder m_folder;

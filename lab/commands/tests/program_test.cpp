@@ -7,6 +7,7 @@
 
 #include "commands/progress.h"
 #include "commands/tests/shell.h"
+#include "machine/version.h"
 #include "turns/tests/fake_library.h"
 
 namespace lab {
@@ -30,7 +31,7 @@ class Program : public testing::Test {
 
     TestFolder m_folder;
     const std::string m_table = METRIG_SOURCE_DIR "/lab/results/tests/added.csv";
-    const std::string m_fake = " --metrig " LAB_FAKE_INSTRUMENT " --no-wait --epochs 3 ";
+    const std::string m_fake = " --instrument " LAB_FAKE_INSTRUMENT " --no-wait --epochs 3 ";
 };
 
 TEST_F(Program, StatusesAndWords) {
@@ -40,13 +41,14 @@ TEST_F(Program, StatusesAndWords) {
         const char* words;
     } rows[] = {
         {"", 2, "subcommand"},
+        {"--version", 0, labVersion()},
         {"compare a", 2, "NEW"},
         {"compare a b --margin 3x", 2, "3x"},
         {"compare a nowhere" + m_fake, 2, "nowhere"},
         {"compare a empty" + m_fake, 2, "libzylcore.so.10"},
         {"compare a dumb" + m_fake, 2, "takes no turns"},
         {"compare a a --core 4000" + m_fake, 2, "4000"},
-        {"compare a wide" + m_fake, 4, "the new one of 32"},
+        {"compare a wide" + m_fake, 4, "of 32 bits"},
         {"compare a a" + m_fake + "-- -fF1 --odd", 0, "-fF1 --odd"},
         {"compare a b" + m_fake, 1, "F2"},
         {"compare b a" + m_fake, 0, "faster"},

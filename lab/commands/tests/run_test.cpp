@@ -76,7 +76,7 @@ class Survival : public testing::Test {
                 const std::string& before = "", const std::string& after = "") {
         return shell("cd " + m_folder.path("") + "; " + before +
                      " LD_PRELOAD=" LAB_INSTRUMENT "/lib/libfaults.so METRIG_MHZ=1000 METRIG_FAULTS='" +
-                     faults + "' " LAB_PROGRAM " " + command + " --metrig " LAB_INSTRUMENT "/bin/metrig -- " +
+                     faults + "' " LAB_PROGRAM " " + command + " --instrument " LAB_INSTRUMENT "/bin/metrig -- " +
                      keys + " -l" + m_folder.path("") + after);
     }
     std::string file(const std::string& name) const { return contentOf(m_folder.path(name)); }

@@ -10,6 +10,7 @@
 
 #include "compare/storedreport.h"
 #include "machine/random.h"
+#include "machine/version.h"
 #include "turns/tests/fake_library.h"
 
 namespace lab {
@@ -99,8 +100,55 @@ TEST_F(Comparisons, RefuseWhatCannotBeCompared) {
     EXPECT_THROW(compared(empty), std::runtime_error);
 
     Store store = beginComparison(settings("", ""), m_path, nobody);
+    EXPECT_EQ(store.setting("version"), labVersion());
     m_folder.library("new", "slow F1 2");
     EXPECT_THROW(continueComparison(store, nobody), NotComparable) << "files of another day";
+}
+
+TEST_F(Comparisons, TakeObjectsOfAnyName) {
+    setenv("FAKE_OBJECTS", "libhelp.so libmine.so.2", 1);
+    Settings asked;
+    asked = settings("", "");
+    for (const std::string& folder : asked.folders) {
+        std::filesystem::remove_all(folder);
+        m_folder.library(std::filesystem::path(folder).filename(),
+                         folder == asked.folders[1] ? "slow F2 2" : "", ELFCLASS64,
+                         {"libhelp.so", "libmine.so.2.1", "libunused.so"});
+        // what is mapped is the file, what is asked for the link
+        std::filesystem::create_symlink("libmine.so.2.1", folder + "/libmine.so.2");
+    }
+    const Report report = compared(asked);
+    EXPECT_EQ(verdicts(report), "=== +++ ===");
+    ASSERT_EQ(report.newer.objects.size(), 2U);
+    EXPECT_EQ(report.newer.objects[1].path, asked.folders[1] + "/libmine.so.2.1");
+    EXPECT_NE(report.newer.objects[1].sha256, report.older.objects[1].sha256);
+    unsetenv("FAKE_OBJECTS");
+}
+
+TEST_F(Comparisons, TakeProgramsThatAreInstruments) {
+    setenv("FAKE_OBJECTS", "", 1);
+    Settings asked = settings("", "");
+    asked.instrument = "";
+    const std::string program = m_folder.path("old/own");
+    asked.folders = {program, m_folder.path("new/other_own")};
+    for (const std::string& path : asked.folders) {
+        std::filesystem::copy_file(LAB_FAKE_INSTRUMENT, path);
+    }
+    const Report same = compared(asked);
+    EXPECT_EQ(verdicts(same), "=== === ===");
+    EXPECT_TRUE(same.identical) << "by content, not by name";
+    EXPECT_EQ(same.older.objects.front().path, program);
+    std::ofstream(asked.folders[1], std::ios::app) << "another build";
+    EXPECT_FALSE(compared(asked).identical);
+
+    asked.instrument = LAB_FAKE_INSTRUMENT;
+    EXPECT_THROW(compared(asked), std::runtime_error) << "an instrument for instruments";
+    asked.instrument = "";
+    asked.folders[1] = m_folder.path("new");
+    EXPECT_THROW(compared(asked), std::runtime_error) << "a program and a folder";
+    asked.folders[1] = m_folder.path("new/libzyls.so.10");
+    EXPECT_THROW(compared(asked), std::runtime_error) << "a file that does not run";
+    unsetenv("FAKE_OBJECTS");
 }
 
 /// All visits in one text, without the times.

@@ -93,7 +93,7 @@ def fake_library(folder, script):
     folder.mkdir()
     header = struct.pack("<4sBB10xHH44x", b"\x7fELF", 2, 1, 0, 62)
     for name in ("libzylcore.so.10", "libzyls.so.10", "libzylch.so.10"):
-        (folder / name).write_bytes(header + script.encode())
+        (folder / name).write_bytes(header + f"{script}\nfile {name}\n".encode())
 
 
 class Cluster:

@@ -131,7 +131,7 @@ class Hosts : public testing::Test {
     Outcome fleet(const std::string& more) {
         return shell("cd " + m_folder.path("") + "; " LAB_PROGRAM " fleet fleet.toml --road ssh -o out.db " +
                      more +
-                     " -- compare 'old one' new --metrig " LAB_FAKE_INSTRUMENT
+                     " -- compare 'old one' new --instrument " LAB_FAKE_INSTRUMENT
                      " --no-wait --epochs=3 --pairs=12:24 -- '-fF one'");
     }
 

@@ -40,7 +40,7 @@ def fleet_command(folder, constraint="beta", more=""):
     file = folder / "fleet.toml"
     file.write_text(FLEET.format(folder=folder / "shared", constraint=constraint, more=more))
     return [LAB, "fleet", str(file), "-o", str(folder / "merged.db"), "--", "compare", str(folder / "old"),
-            str(folder / "new"), "--metrig", INSTRUMENT, "--no-wait", "--epochs=3", "--pairs=12:24"]
+            str(folder / "new"), "--instrument", INSTRUMENT, "--no-wait", "--epochs=3", "--pairs=12:24"]
 
 
 def pairs_of(store):

@@ -29,6 +29,7 @@ TEST(Elf, SharedObjectOfTheSystem) {
     ASSERT_TRUE(facts);
     EXPECT_EQ(facts->bits, 64);
     EXPECT_EQ(facts->buildId.size(), 40U);
+    EXPECT_EQ(facts->soname, "libc.so.6");
     EXPECT_FALSE(elfCode(file, "qsort").empty());
     EXPECT_NE(elfCode(file, "qsort"), elfCode(file, "bsearch"));
     EXPECT_TRUE(elfCode(file, "qsor").empty());

@@ -1,6 +1,7 @@
 /// An instrument that measures nothing: it says the lines of one, with ticks that its "library" tells. That
-/// is a text behind the ELF header of libzyls.so.10 in the first folder of LD_LIBRARY_PATH, a word and a
-/// function a line:
+/// is a text behind the ELF header of the last of its objects, a word and a function a line. The objects
+/// stand in the first folder of LD_LIBRARY_PATH; FAKE_OBJECTS names others than those of the library, or
+/// none:
 ///   slow F 1.3     a call of F takes so many times its usual ticks
 ///   status F 5     status at each turn
 ///   signal F       the test ends in place of the ticks
@@ -40,17 +41,28 @@ std::string valueOf(const std::string& word, const std::string& function) {
     return script[word + " " + function];
 }
 
-/// Maps the shared objects, as a loader does, and reads the script.
-void loadLibrary() {
-    const std::string path = std::getenv("LD_LIBRARY_PATH");
-    const std::string folder = path.substr(0, path.find(':'));
-    for (const char* name : {"libzylcore.so.10", "libzyls.so.10", "libzylch.so.10"}) {
-        const int file = open((folder + "/" + name).c_str(), O_RDONLY | O_CLOEXEC);
-        mmap(nullptr, 1, PROT_READ, MAP_PRIVATE, file, 0);
-        close(file);
+/// Maps a shared object, as a loader does; its content.
+std::string load(const std::string& path) {
+    const int number = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (number < 0) {
+        std::fprintf(stderr, "%s: no shared object\n", path.c_str());
+        std::_Exit(127);
     }
-    std::ifstream file(folder + "/libzyls.so.10", std::ios::binary);
-    const std::string content{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    mmap(nullptr, 1, PROT_READ, MAP_PRIVATE, number, 0);
+    close(number);
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+/// Loads the library and reads the script.
+void loadLibrary() {
+    const char* names = std::getenv("FAKE_OBJECTS");
+    std::istringstream objects(names != nullptr ? names : "libzylcore.so.10 libzylch.so.10 libzyls.so.10");
+    std::string content;
+    for (std::string name; objects >> name;) {
+        const std::string path = std::getenv("LD_LIBRARY_PATH");
+        content = load(path.substr(0, path.find(':')) + "/" + name);
+    }
     std::istringstream lines(content.substr(std::min(HeaderSize, content.size())));
     for (std::string line; std::getline(lines, line);) {
         std::istringstream words(line);

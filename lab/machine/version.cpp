@@ -1,0 +1,7 @@
+#include "machine/version.h"
+
+namespace lab {
+
+const char* labVersion() { return METRIG_VERSION; }
+
+}  // namespace lab
