@@ -3,11 +3,11 @@
 # tree, so it can be moved. Components: metrig, lab (lab/CMakeLists.txt), dev, standin.
 
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)
-    set(CMAKE_INSTALL_LIBDIR lib/i386-linux-gnu CACHE PATH "Object libraries")
+    set(CMAKE_INSTALL_LIBDIR lib/i386-linux-gnu)
     set(width_suffix "")
     set(width_bits 32)
 else()
-    set(CMAKE_INSTALL_LIBDIR lib/x86_64-linux-gnu CACHE PATH "Object libraries")
+    set(CMAKE_INSTALL_LIBDIR lib/x86_64-linux-gnu)
     set(width_suffix -x86-64)
     set(width_bits 64)
 endif()
