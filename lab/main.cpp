@@ -25,8 +25,9 @@ int runCommandLine(int argc, char** argv) {
     app.set_version_flag("--version", fmt::format("metrig-lab {}", lab::labVersion()));
     app.require_subcommand(1);
     app.footer(lab::statusHelp);
-    for (const auto add : {lab::addCompare, lab::addMeasure, lab::addResume, lab::addShow, lab::addExport,
-                           lab::addPage, lab::addHistory, lab::addRun, lab::addCheck}) {
+    for (const auto add :
+         {lab::addCompare, lab::addMeasure, lab::addResume, lab::addShow, lab::addExport, lab::addPage,
+          lab::addHistory, lab::addFleet, lab::addMerge, lab::addRun, lab::addCheck}) {
         add(app, line);
     }
     try {

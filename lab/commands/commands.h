@@ -11,6 +11,8 @@ void addMeasure(CLI::App& app, CommandLine& line);
 void addResume(CLI::App& app, CommandLine& line);
 void addShow(CLI::App& app, CommandLine& line);
 void addExport(CLI::App& app, CommandLine& line);
+void addFleet(CLI::App& app, CommandLine& line);
+void addMerge(CLI::App& app, CommandLine& line);
 void addHistory(CLI::App& app, CommandLine& line);
 void addPage(CLI::App& app, CommandLine& line);
 void addRun(CLI::App& app, CommandLine& line);

@@ -49,6 +49,13 @@ void addEffort(CLI::App& command, Settings& settings) {
         ->check(checkedBy(parsePairs));
 }
 
+/// What a session of many has from those that started it.
+void addFleetOptions(CLI::App& command, Settings& settings) {
+    addParsed(command, "--family", settings.family,
+              "chance of a false word anywhere, where nothing differs, at most (1%)", parseShare);
+    command.add_option("--kind", settings.kind, "of machine, by which \"merge\" groups (its processor)");
+}
+
 int run(Options& options, const CommandLine& line) {
     Settings& settings = options.settings;
     settings.keys = line.keys;
@@ -73,6 +80,7 @@ void addCompare(CLI::App& app, CommandLine& line) {
     addSides(command, *options);
     command.add_option("-o,--output", options->store, "what is measured is kept here")->capture_default_str();
     addEffort(command, options->settings);
+    addFleetOptions(command, options->settings);
     addRunOptions(command, options->settings, options->noWait);
     addShowing(command, options->showing);
     command.footer(std::string("Keys of metrig for both sides stand after \"--\".\n") + statusHelp);

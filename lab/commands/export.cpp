@@ -9,12 +9,14 @@
 #include "commands/commands.h"
 #include "commands/guard.h"
 #include "commands/source.h"
+#include "compare/fleetreport.h"
 #include "compare/storedreport.h"
 #include "machine/wholefile.h"
 #include "measure/storedmeasurement.h"
 #include "show/csv.h"
 #include "show/json.h"
 #include "show/markdown.h"
+#include "store/merged.h"
 
 namespace lab {
 
@@ -63,6 +65,12 @@ std::string textOf(const Options& options) {
     const std::string& file = options.source.file;
     if (!isStore(file)) {
         return textOf(tableOf(options.source), options.format);
+    }
+    if (isMerged(file)) {
+        if (options.format != Format::json) {
+            throw std::runtime_error(file + ": a merged store is exported as --json");
+        }
+        return fleetJson(fleetReportOf(file), false);
     }
     if (Store::kindOf(file) == StoreKind::measurement) {
         return textOfMeasurement(file, options.format);

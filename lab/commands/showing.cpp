@@ -9,6 +9,11 @@
 #include <string>
 #include <vector>
 
+#include "commands/guard.h"
+#include "compare/fleetreport.h"
+#include "compare/storedreport.h"
+#include "store/merged.h"
+
 namespace lab {
 
 void addShowing(CLI::App& command, Showing& showing) {
@@ -36,12 +41,41 @@ void addShowing(CLI::App& command, Showing& showing) {
         ->check(CLI::IsMember({"unsure"}));
 }
 
+namespace {
+
+bool wantsColours() { return coloursWanted(isatty(STDOUT_FILENO) != 0, std::getenv("NO_COLOR")); }
+
+int showFleet(const FleetReport& fleet, const Showing& showing) {
+    fmt::print("{}", fleetTable(fleet, showing.style.points, wantsColours()));
+    std::fflush(stdout);
+    return exitStatus(fleet, showing.failOnUnsure);
+}
+
+}  // namespace
+
 int showReport(const Report& report, const Showing& showing) {
     TableStyle style = showing.style;
-    style.colours = coloursWanted(isatty(STDOUT_FILENO) != 0, std::getenv("NO_COLOR"));
+    style.colours = wantsColours();
     fmt::print("{}", table(report, style));
     std::fflush(stdout);
     return exitStatus(report, showing.failOnUnsure);
+}
+
+int showStore(const std::string& path, const Showing& showing, const std::string& kind) {
+    if (!isMerged(path)) {
+        Store store = Store::open(path, false);
+        return showReport(reportOf(store), showing);
+    }
+    const FleetReport fleet = fleetReportOf(path);
+    if (kind.empty()) {
+        return showFleet(fleet, showing);
+    }
+    for (const KindReport& one : fleet.kinds) {
+        if (one.name == kind) {
+            return showReport(one.report, showing);
+        }
+    }
+    return complain(path + ": no kind " + kind, exitUse);
 }
 
 }  // namespace lab

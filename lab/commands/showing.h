@@ -19,4 +19,8 @@ void addShowing(CLI::App& command, Showing& showing);
 /// The table on standard output, coloured where that is a terminal; the exit status.
 int showReport(const Report& report, const Showing& showing);
 
+/// The same of a kept comparison, or of a merged store: functions by kinds, or `kind` alone where one is
+/// named.
+int showStore(const std::string& path, const Showing& showing, const std::string& kind);
+
 }  // namespace lab

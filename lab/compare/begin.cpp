@@ -1,6 +1,7 @@
 /// From folders to a store that lists the points of both sides.
 
 #include <algorithm>
+#include <random>
 #include <set>
 
 #include "compare/comparison.h"
@@ -59,6 +60,16 @@ void markEqualCode(std::vector<StoredPoint>& points, const std::array<StoredSide
     }
 }
 
+/// Tells this comparison from every other, those of the same builds and seed too.
+std::string newIdentity() {
+    std::random_device lots;
+    std::string identity;
+    for (int i = 0; i < 4; ++i) {
+        identity += (i > 0 ? "-" : "") + std::to_string(lots());
+    }
+    return identity;
+}
+
 /// What is to be kept of a survey that was lost.
 void keepLoss(Store& store, const Survey& survey, std::size_t side, const Watcher& watcher) {
     if (survey.loss.empty()) {
@@ -94,6 +105,7 @@ Store beginComparison(const Settings& asked, const std::string& path, const Watc
     head.settings = settingTexts(settings);
     head.settings.emplace_back("version", labVersion());
     head.settings.emplace_back("mhz", std::to_string(mhz));
+    head.settings.emplace_back("session", newIdentity());
     head.settings.emplace_back("identical", isSelfComparison(head.sides) ? "yes" : "no");
     Store store = Store::create(path, head);
     keepLoss(store, surveys[0], 0, watcher);

@@ -32,7 +32,7 @@ class Run {
           m_head(store.head()),
           m_settings(settingsFrom(m_head)),
           m_mhz(std::stoi(store.setting("mhz"))),
-          m_plan(planFor(m_head.points, m_settings.looks())),
+          m_plan(planFor(m_head.points, m_settings.looks(), m_settings.family)),
           m_evidence(m_head.points, m_plan, m_settings.margin),
           m_surroundings(m_settings.core) {
         std::vector<PointMessage> points;

@@ -88,10 +88,10 @@ std::vector<Pair> EvidenceTable::pairs(std::size_t point) const {
     return all;
 }
 
-Plan planFor(const std::vector<StoredPoint>& points, std::span<const int> looks) {
+Plan planFor(const std::vector<StoredPoint>& points, std::span<const int> looks, double family) {
     const auto compared = std::count_if(points.begin(), points.end(),
                                         [](const StoredPoint& point) { return point.older && point.newer; });
-    return makePlan(static_cast<int>(std::max<std::ptrdiff_t>(1, compared)), looks);
+    return makePlan(static_cast<int>(std::max<std::ptrdiff_t>(1, compared)), looks, family);
 }
 
 }  // namespace lab

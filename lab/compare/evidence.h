@@ -55,7 +55,7 @@ class EvidenceTable {
     double m_margin;
 };
 
-/// The plan of a comparison of these points.
-Plan planFor(const std::vector<StoredPoint>& points, std::span<const int> looks);
+/// The plan of a comparison of these points; `family` as makePlan takes it.
+Plan planFor(const std::vector<StoredPoint>& points, std::span<const int> looks, double family = 0.01);
 
 }  // namespace lab

@@ -1,5 +1,6 @@
 #include "compare/settings.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <stdexcept>
@@ -38,6 +39,10 @@ std::string exact(double value) {
     return {buffer, end};
 }
 
+bool hasSetting(const NamedTexts& texts, const std::string& name) {
+    return std::any_of(texts.begin(), texts.end(), [&](const auto& known) { return known.first == name; });
+}
+
 }  // namespace
 
 std::vector<int> Settings::looks() const {
@@ -69,6 +74,8 @@ NamedTexts settingTexts(const Settings& settings) {
     texts.emplace_back("margin", exact(settings.margin));
     texts.emplace_back("fewest pairs", std::to_string(settings.fewestPairs));
     texts.emplace_back("most pairs", std::to_string(settings.mostPairs));
+    texts.emplace_back("family", exact(settings.family));
+    texts.emplace_back("machine kind", settings.kind);
     return texts;
 }
 
@@ -104,6 +111,10 @@ Settings settingsFrom(const StoredHead& head) {
     settings.margin = numberAndUnit(settingText(head.settings, "margin")).first;
     settings.fewestPairs = settingNumber(head.settings, "fewest pairs");
     settings.mostPairs = settingNumber(head.settings, "most pairs");
+    if (hasSetting(head.settings, "family")) {  // stores of version 1.0 have none of these
+        settings.family = numberAndUnit(settingText(head.settings, "family")).first;
+        settings.kind = settingText(head.settings, "machine kind");
+    }
     return settings;
 }
 

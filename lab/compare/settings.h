@@ -31,6 +31,8 @@ struct Settings : RunSettings {
     double margin = 0.01;
     int fewestPairs = 10;
     int mostPairs = 80;
+    double family = 0.01;  ///< probability of a false "slower" or "faster" anywhere, at most
+    std::string kind;      ///< of machine that the comparison speaks for; empty: its processor
 
     /// The looks between the fewest pairs and the most.
     std::vector<int> looks() const;

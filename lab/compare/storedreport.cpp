@@ -67,7 +67,8 @@ std::string nameOf(const StoredPoint& point) {
 Report reportOf(Store& store) {
     const StoredHead head = store.head();
     const Settings settings = settingsFrom(head);
-    EvidenceTable evidence(head.points, planFor(head.points, settings.looks()), settings.margin);
+    EvidenceTable evidence(head.points, planFor(head.points, settings.looks(), settings.family),
+                           settings.margin);
     store.eachVisit([&](int, StoredVisit&& visit) { evidence.add(visit); });
     evidence.decideAll();
     for (const auto& [function, fates] : store.fates()) {
@@ -81,6 +82,7 @@ Report reportOf(Store& store) {
     report.machine = machineOf(head, store.pairs());
     report.margin = settings.margin;
     report.seed = settings.seed;
+    report.family = settings.family;
     report.seconds = std::atof(store.setting("spent").c_str());
     report.finished = store.setting("finished") == "yes" && store.setting("ended").empty();
     report.identical = textOf(head.settings, "identical") == "yes";

@@ -7,14 +7,12 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "store/base.h"
 #include "store/turncode.h"
 
 namespace lab {
 
 namespace {
-
-/// "mlab": tells a store from other SQLite files.
-constexpr std::int64_t ApplicationId = 0x6D6C6162;
 
 const char* const tables = R"(
 CREATE TABLE setting(name TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID;
@@ -74,19 +72,6 @@ void checkKind(Database& base, const std::string& path, StoreKind kind, const st
     }
 }
 
-std::unique_ptr<Database> openBase(const std::string& path, int flags) {
-    auto base = std::make_unique<Database>(path, flags);
-    if (base->number("PRAGMA application_id") != ApplicationId) {
-        throw std::runtime_error(path + ": no store of metrig-lab");
-    }
-    const std::int64_t version = base->number("PRAGMA user_version");
-    if (version != StoreVersion) {
-        throw std::runtime_error(path + ": a store of version " + std::to_string(version) +
-                                 ", this program reads " + std::to_string(StoreVersion));
-    }
-    return base;
-}
-
 void checkIsThere(const std::string& path) {
     if (!std::filesystem::is_regular_file(path)) {
         throw std::runtime_error(path + ": no such file");
@@ -96,7 +81,8 @@ void checkIsThere(const std::string& path) {
 std::unique_ptr<Database> openExisting(const std::string& path) {
     checkIsThere(path);
     // SQLite writes beside a file that a killed process left behind even to read it
-    return openBase(path, access(path.c_str(), W_OK) == 0 ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY);
+    return openBase(path, access(path.c_str(), W_OK) == 0 ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY,
+                    BaseId::one);
 }
 
 }  // namespace
@@ -128,7 +114,10 @@ void Store::checkPath(const std::string& path, StoreKind kind) {
     if (!isThere) {
         std::filesystem::remove(path);
     } else if (std::filesystem::file_size(path) > 0) {
-        const auto old = openBase(path, SQLITE_OPEN_READWRITE);
+        if (Database(path, SQLITE_OPEN_READWRITE).number("SELECT count(*) FROM sqlite_master") == 0) {
+            return;  // of a process that was killed before it wrote the first table
+        }
+        const auto old = openBase(path, SQLITE_OPEN_READWRITE, BaseId::one);
         checkKind(*old, path, kind, "; take another name");
         if (settingOf(*old, finishedSetting) != "yes") {
             throw std::runtime_error(path + ": holds " + named(kind) +
@@ -150,8 +139,7 @@ Store Store::create(const std::string& path, const StoredHead& head) {
     Store store(std::move(lock), std::move(base));
     Transaction transaction(*store.m_base);
     store.m_base->run(tables);
-    store.m_base->run(("PRAGMA application_id = " + std::to_string(ApplicationId)).c_str());
-    store.m_base->run(("PRAGMA user_version = " + std::to_string(StoreVersion)).c_str());
+    setBaseId(*store.m_base, BaseId::one);
     store.putHead(head);
     transaction.commit();
     return store;
@@ -169,6 +157,22 @@ Store Store::open(const std::string& path, bool writing, StoreKind kind) {
 }
 
 StoreKind Store::kindOf(const std::string& path) { return kindIn(*openExisting(path)); }
+
+bool Store::isOne(const std::string& path) { return isBase(path, BaseId::one); }
+
+Store Store::openSession(const std::string& path, int session) {
+    auto base = openBase(path, SQLITE_OPEN_READONLY, BaseId::merged);
+    std::string views;
+    for (Statement row(*base,
+                       "SELECT name FROM main.sqlite_master WHERE type = 'table' AND name <> 'session'");
+         row.row();) {
+        // goes before the table of that name
+        views += "CREATE TEMP VIEW " + row.text(0) + " AS SELECT * FROM main." + row.text(0) +
+                 " WHERE session = " + std::to_string(session) + ";";
+    }
+    base->run(views.c_str());
+    return {nullptr, std::move(base)};
+}
 
 void Store::putHead(const StoredHead& head) {
     for (const auto& [name, value] : head.settings) {
@@ -230,6 +234,24 @@ NamedTexts Store::namedTexts(const char* query) {
 }
 
 StoredHead Store::head() {
+    StoredHead head = headWithoutPoints();
+    for (Statement row(*m_base, "SELECT function, unit, divisor, older, newer FROM point ORDER BY point");
+         row.row();) {
+        head.points.push_back(
+            {row.text(0), {}, row.text(1), row.real(2), row.number(3) != 0, row.number(4) != 0, {}});
+    }
+    for (Statement row(*m_base, "SELECT point, name, value FROM parameter ORDER BY point, position");
+         row.row();) {
+        head.points.at(static_cast<std::size_t>(row.number(0)))
+            .parameters.emplace_back(row.text(1), row.text(2));
+    }
+    for (Statement row(*m_base, "SELECT point, text FROM mark ORDER BY point, position"); row.row();) {
+        head.points.at(static_cast<std::size_t>(row.number(0))).marks.push_back(row.text(1));
+    }
+    return head;
+}
+
+StoredHead Store::headWithoutPoints() {
     StoredHead head;
     head.kind = kindIn(*m_base);
     head.settings = namedTexts("SELECT name, value FROM setting ORDER BY name");
@@ -255,19 +277,6 @@ StoredHead Store::head() {
         head.sides[static_cast<std::size_t>(row.number(0))].objects.push_back(
             {row.text(1), row.text(2), row.text(3), row.text(4), row.text(5),
              static_cast<int>(row.number(6))});
-    }
-    for (Statement row(*m_base, "SELECT function, unit, divisor, older, newer FROM point ORDER BY point");
-         row.row();) {
-        head.points.push_back(
-            {row.text(0), {}, row.text(1), row.real(2), row.number(3) != 0, row.number(4) != 0, {}});
-    }
-    for (Statement row(*m_base, "SELECT point, name, value FROM parameter ORDER BY point, position");
-         row.row();) {
-        head.points.at(static_cast<std::size_t>(row.number(0)))
-            .parameters.emplace_back(row.text(1), row.text(2));
-    }
-    for (Statement row(*m_base, "SELECT point, text FROM mark ORDER BY point, position"); row.row();) {
-        head.points.at(static_cast<std::size_t>(row.number(0))).marks.push_back(row.text(1));
     }
     return head;
 }

@@ -17,9 +17,6 @@
 
 namespace lab {
 
-/// Version of the tables.
-constexpr int StoreVersion = 1;
-
 using NamedTexts = std::vector<std::pair<std::string, std::string>>;
 
 /// What a store holds. A measurement has one side, which stands in the place of the old one, and a pair of it
@@ -98,7 +95,13 @@ class Store {
     /// What the store holds that is there; std::runtime_error if it is none of this version.
     static StoreKind kindOf(const std::string& path);
 
+    /// Whether the file is there and is a store.
+    static bool isOne(const std::string& path);
+    /// One session of a merged store, by its number there, to look at. std::runtime_error if it is none.
+    static Store openSession(const std::string& path, int session);
+
     StoredHead head();
+    StoredHead headWithoutPoints();
 
     /// One transaction: the visits of a test by a pair.
     void addVisits(int pair, const std::vector<StoredVisit>& visits);

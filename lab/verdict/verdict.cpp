@@ -26,7 +26,7 @@ constexpr std::array<ReasonText, 9> reasonTexts{{
     {"layout", "the speed depends on where code and data lie in memory"},
     {"margin", "the difference lies near the margin"},
     {"grain", "one step of the clock is too much of a turn"},
-    {"repeated", "fresh pairs did not repeat the difference"},
+    {"repeated", "fresh pairs, or another session, did not repeat it"},
     {"status", "the library's status differs between the builds"},
     {"crash", "a build did not live through it"},
 }};

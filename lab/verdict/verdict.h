@@ -23,7 +23,7 @@ enum class Reason {
     layout,    ///< each pair is steady, and pairs disagree
     margin,    ///< the difference is known well, and lies near the margin
     grain,     ///< one step of the clock is too much of a turn
-    repeated,  ///< a difference was seen, and fresh pairs did not show it
+    repeated,  ///< something was seen, and fresh pairs or another session did not show it
     status,    ///< the library's status differs between the builds
     crash,     ///< a build did not live through the point
 };

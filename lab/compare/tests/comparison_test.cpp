@@ -205,6 +205,19 @@ TEST_F(Comparisons, KilledAtAnyMomentEndAsUndisturbedOnes) {
     EXPECT_EQ(visitsOf(path), undisturbed);
 }
 
+TEST(Settings, OfAStore) {
+    Settings settings;
+    settings.family = 0.0025;
+    settings.kind = "old nodes";
+    StoredHead head;
+    head.settings = settingTexts(settings);
+    EXPECT_EQ(settingsFrom(head).family, 0.0025);
+    EXPECT_EQ(settingsFrom(head).kind, "old nodes");
+    std::erase_if(head.settings,
+                  [](const auto& known) { return known.first == "family" || known.first == "machine kind"; });
+    EXPECT_EQ(settingsFrom(head).family, 0.01) << "a store of version 1.0";
+}
+
 TEST(Settings, Texts) {
     EXPECT_DOUBLE_EQ(parseShare("1%"), 0.01);
     EXPECT_DOUBLE_EQ(parseShare("0.05"), 0.05);

@@ -37,7 +37,8 @@ class TestFolder {
         std::filesystem::create_directory(path(name));
         for (const std::string& object : objects) {
             std::ofstream file(path(name) + "/" + object, std::ios::binary);
-            file.write(reinterpret_cast<const char*>(&header), sizeof header) << script;
+            file.write(reinterpret_cast<const char*>(&header), sizeof header)
+                << script << "\nfile " << object << "\n";  // no two of them are alike
         }
         return path(name);
     }
