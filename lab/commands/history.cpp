@@ -39,6 +39,7 @@ struct Viewing {
     bool points = false;
     bool json = false;
     bool good = false;
+    bool figures = false;
 };
 
 std::string today() {
@@ -65,9 +66,18 @@ std::string parseDay(const std::string& text) {
 }
 
 int add(const Adding& adding) {
-    Store store = Store::open(adding.run, false);
-    const Joining joining = addToHistory(adding.history, joinedFrom(store), adding.words);
-    fmt::print("{}: {} against {}{}\n", adding.history, printable(joining.newer), printable(joining.older),
+    const StoreKind kind = Store::kindOf(adding.run);
+    Store store = Store::open(adding.run, false, kind);
+    Joining joining;
+    if (kind == StoreKind::comparison) {
+        joining = addToHistory(adding.history, joinedFrom(store), adding.words);
+    } else if (adding.words.oldLabel.empty()) {
+        joining = addToHistory(adding.history, joinedMeasurementFrom(store), adding.words);
+    } else {
+        return complain("--old-label: a measurement has one build", exitUse);
+    }
+    fmt::print("{}: {} {}{}\n", adding.history, printable(joining.newer),
+               joining.older.empty() ? "measured" : "against " + printable(joining.older),
                joining.isNew ? "" : ", which was there already");
     return exitNothingSlower;
 }
@@ -78,6 +88,10 @@ int statusOf(const Overview& overview, const std::string& failOn) {
 
 int show(const Viewing& viewing) {
     const History history = readHistory(viewing.history);
+    if (viewing.figures) {
+        fmt::print("{}", figuresTable(history, viewing.choice));
+        return std::fflush(stdout) == 0 ? exitNothingSlower : complain("can't write the history", exitUse);
+    }
     const Overview overview = overviewOf(history, viewing.choice);
     if (viewing.good) {
         fmt::print("{}\n", history.builds[static_cast<std::size_t>(overview.good)].label);
@@ -108,13 +122,15 @@ int page(const Viewing& viewing) {
 }
 
 void addHistoryAdd(CLI::App& history, CommandLine& line) {
-    CLI::App& command =
-        *history.add_subcommand("add", "Adds a comparison; one that is there is not added twice");
+    CLI::App& command = *history.add_subcommand(
+        "add", "Adds a comparison or a measurement; one that is there is not added twice");
     const auto adding = std::make_shared<Adding>();
     adding->words.day = today();
     command.add_option("history.db", adding->history, "the history; made if it is not there")->required();
-    command.add_option("run.db", adding->run, "a kept comparison that is finished")->required();
-    addParsed(command, "--label", adding->words.label, "name of the new build", parseLabel);
+    command.add_option("run.db", adding->run, "a kept comparison or measurement that is finished")
+        ->required();
+    addParsed(command, "--label", adding->words.label, "name of the new build, or of the one measured",
+              parseLabel);
     addParsed(command, "--old-label", adding->words.oldLabel, "name of the old one, if it has none yet",
               parseLabel);
     addParsed(command, "--revision", adding->words.revision, "of the new build's sources", parseLabel);
@@ -141,6 +157,11 @@ void addHistoryShow(CLI::App& history, CommandLine& line) {
     command.add_flag("--good", viewing->good, "only the label of the build to measure the next one against");
     command.add_option("--fail-on", viewing->failOn, "status 1 where a change (to slower) is shown")
         ->check(CLI::IsMember({"slower", "change"}));
+    CLI::Option* figures =
+        command.add_flag("--figures", viewing->figures, "what measurements found, build by build");
+    for (const char* const other : {"--points", "--json", "--good", "--method", "--fail-on"}) {
+        figures->excludes(command.get_option(other));
+    }
     onCommand(command, line, Keys::none, [viewing] { return guarded("", [&] { return show(*viewing); }); });
 }
 

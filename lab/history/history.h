@@ -1,7 +1,7 @@
 #pragma once
 
-/// Comparisons of many builds, as they are kept together: what each of them says of each point, and nothing
-/// of its turns.
+/// Comparisons and measurements of many builds, as they are kept together: what each of them says of each
+/// point, and nothing of its turns.
 
 #include <string>
 #include <vector>
@@ -64,12 +64,33 @@ struct ComparisonEntry {
     std::vector<Finding> findings;
 };
 
-/// All of it. Comparisons stand in the order of adding; numbers are indices.
+/// What a function took in one build, in clocks of a unit, on the machine as it was on that day.
+struct KeptFigure {
+    int point = 0;
+    double clocks = 0;  ///< the floor, as Figure has it
+    double low = 0;     ///< between these the processes put it
+    double high = 0;
+};
+
+/// Figures of one build, kept beside the comparisons. Machines drift, so no level, no change and no verdict
+/// ever rests on them.
+struct MeasurementEntry {
+    std::string identity;  ///< of this run of the measurement
+    int build = 0;         ///< index
+    Method method;         ///< without turns, which figures do not depend on
+    int processes = 0;     ///< that the figures stand on
+    std::string day;
+    std::vector<KeptFigure> figures;
+};
+
+/// All of it. Comparisons stand in the order of adding, measurements in that of their builds; numbers are
+/// indices.
 struct History {
     std::vector<BuildEntry> builds;
     std::vector<Method> methods;
     std::vector<PointName> points;
     std::vector<ComparisonEntry> comparisons;
+    std::vector<MeasurementEntry> measurements;
 };
 
 }  // namespace lab

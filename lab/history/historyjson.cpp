@@ -20,7 +20,8 @@ Json clocks(double value) { return value > 0 ? figure(value) : Json(nullptr); }
 
 class Document {
   public:
-    explicit Document(const Overview& overview) : m_overview(overview), m_history(*overview.history) {
+    explicit Document(const Overview& overview)
+        : m_overview(overview), m_history(*overview.history), m_figures(figuresOf(overview)) {
         m_numbers.resize(m_history.builds.size(), -1);
         for (std::size_t i = 0; i < overview.builds.size(); ++i) {
             m_numbers[static_cast<std::size_t>(overview.builds[i])] = static_cast<int>(i);
@@ -149,7 +150,22 @@ class Document {
                 {"clocks", clocks(lastClocks(point))},
                 {"levels", levels},
                 {"changes", changes(point)},
-                {"departures", departures(point)}};
+                {"departures", departures(point)},
+                {"figures", figures(point)}};
+    }
+
+    /// Clocks of a unit. Builds by label: they need not be among those that were compared.
+    Json figures(const PointHistory& point) const {
+        Json figures = Json::array();
+        for (const MeasuredFigure& its : m_figures[static_cast<std::size_t>(point.point)]) {
+            figures.push_back({{"build", m_history.builds[static_cast<std::size_t>(its.entry->build)].label},
+                               {"day", its.entry->day},
+                               {"clocks", figure(its.figure->clocks)},
+                               {"low", figure(its.figure->low)},
+                               {"high", figure(its.figure->high)},
+                               {"processes", its.entry->processes}});
+        }
+        return figures;
     }
 
     /// Of one call by the last build; on the machine as it was then.
@@ -169,6 +185,7 @@ class Document {
 
     const Overview& m_overview;
     const History& m_history;
+    std::vector<std::vector<MeasuredFigure>> m_figures;
     std::vector<int> m_numbers;
 };
 

@@ -4,7 +4,13 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
+#include <stdexcept>
+#include <string_view>
+#include <tuple>
 
+#include "history/historystore.h"
+#include "show/measurement.h"
 #include "show/table.h"
 
 namespace lab {
@@ -23,7 +29,7 @@ struct Line {
 
 class Table {
   public:
-    explicit Table(const Overview& overview) : m_overview(overview) {}
+    explicit Table(const Overview& overview) : m_overview(overview), m_figures(figuresOf(overview)) {}
 
     std::string label(int build) const {
         return printable(m_overview.history->builds[static_cast<std::size_t>(build)].label);
@@ -47,6 +53,10 @@ class Table {
         }
         if (number > 1) {
             line.cells[4] += fmt::format(" (of {} points)", number);
+        } else if (const auto& figures = m_figures[static_cast<std::size_t>(point.point)]; !figures.empty()) {
+            line.cells[4] +=
+                fmt::format(" ({} clocks per {} at {})", figureText(figures.back().figure->clocks),
+                            printable(name.unit), label(figures.back().entry->build));
         }
         return line;
     }
@@ -107,6 +117,7 @@ class Table {
     }
 
     const Overview& m_overview;
+    std::vector<std::vector<MeasuredFigure>> m_figures;
 };
 
 std::string rows(const std::vector<Line>& lines, bool colours) {
@@ -165,6 +176,47 @@ std::string historyTable(const Overview& overview, bool points, bool colours) {
         }
     }
     return table.heading() + rows(lines, colours) + table.ending();
+}
+
+std::string figuresTable(const History& history, const Choice& choice) {
+    const int since = choice.since.empty() ? 0 : findBuild(history, choice.since);
+    if (since < 0 && !isDay(choice.since)) {
+        throw std::runtime_error("the history has no build \"" + choice.since +
+                                 "\", and it is no day like 2026-11-23");
+    }
+    // those of one function and point stand together, whenever they were measured
+    std::map<std::tuple<std::string_view, int, std::string>, std::vector<Line>> found;
+    for (const MeasurementEntry& entry : history.measurements) {
+        if (since < 0 ? entry.day < choice.since : entry.build < since) {
+            continue;
+        }
+        const std::string with = fmt::format("{}, {} bits{}{}", entry.method.processor, entry.method.bits,
+                                             entry.method.keys.empty() ? "" : ", ", entry.method.keys);
+        for (const KeptFigure& its : entry.figures) {
+            const PointName& name = history.points[static_cast<std::size_t>(its.point)];
+            if (choice.function.empty() || choice.function == name.function) {
+                found[{name.function, its.point, with}].push_back(
+                    {{printable(name.function),
+                      fmt::format("{} per {}", figureText(its.clocks), printable(name.unit)),
+                      fmt::format("{} .. {}", figureText(its.low), figureText(its.high)),
+                      fmt::format("{}, {}",
+                                  printable(history.builds[static_cast<std::size_t>(entry.build)].label),
+                                  entry.day),
+                      fmt::format("{} ({} processes on {})", printable(name.parameters), entry.processes,
+                                  printable(with))},
+                     ""});
+            }
+        }
+    }
+    if (found.empty()) {
+        throw std::runtime_error("the history has no such figure");
+    }
+    std::vector<Line> lines{{{"function", "clocks", "processes say", "of", "rests on"}, ""}};
+    for (const auto& [where, figures] : found) {
+        lines.insert(lines.end(), figures.begin(), figures.end());
+    }
+    return rows(lines, false) +
+           "\nMachines drift: figures of different days are records, and no change is told by them.\n";
 }
 
 }  // namespace lab

@@ -12,6 +12,10 @@ namespace lab {
 /// a terminal but the colours.
 std::string historyTable(const Overview& overview, bool points, bool colours);
 
+/// The figures of all measurements, those of a point together, in the order of builds: a line each. Of the
+/// choice `since` leaves out builds before it, or earlier days. std::runtime_error if none is left.
+std::string figuresTable(const History& history, const Choice& choice);
+
 /// What became of the points in the shown range, in one sentence.
 std::string historySentence(const Overview& overview);
 

@@ -15,6 +15,7 @@
 #include "compare/settings.h"
 #include "compare/storedreport.h"
 #include "machine/sha256.h"
+#include "measure/storedmeasurement.h"
 #include "show/table.h"
 #include "verdict/plan.h"
 #include "verdict/statistics.h"
@@ -88,18 +89,29 @@ BuildEntry buildOf(const StoredSide& side, const std::vector<std::string>& commo
     return build;
 }
 
-Method methodOf(const StoredHead& head, const Settings& settings, std::vector<std::string> common) {
+Method methodOf(const StoredHead& head, std::vector<std::string> keys, std::string turn) {
     Method method;
     for (const auto& [name, value] : head.machine) {
         if (name == "processor") {
             method.processor = value;
         }
     }
-    std::erase_if(common, choosesPoints);
-    method.keys = joinedKeys(common, {});
-    method.turn = fmt::format("{:g} us, {} blocks", settings.shape.microseconds, settings.shape.blocks);
+    std::erase_if(keys, choosesPoints);
+    method.keys = joinedKeys(keys, {});
+    method.turn = std::move(turn);
     method.bits = head.sides[0].objects.empty() ? 0 : head.sides[0].objects.front().bits;
     return method;
+}
+
+/// Its seed, and what its first visit read, which no other run reads again.
+std::string identityOf(std::uint64_t seed, const std::vector<Turn>& first) {
+    std::string run = std::to_string(seed);
+    for (const Turn& turn : first) {
+        for (const std::int64_t ticks : turn.ticks) {
+            run += " " + std::to_string(ticks);
+        }
+    }
+    return run;
 }
 
 /// All pairs of each point, in their order.
@@ -133,15 +145,10 @@ JoinedComparison joinedFrom(Store& store) {
     const StoredHead head = store.head();
     const Settings settings = settingsFrom(head);
     std::vector<PointPairs> pairs(head.points.size());
-    std::string run;  // its seed, and what its first visit read, which no other run reads again
+    std::string run;
     store.eachVisit([&](int, StoredVisit&& visit) {
         if (run.empty()) {
-            run = std::to_string(settings.seed);
-            for (const Turn& turn : visit.turns) {
-                for (const std::int64_t ticks : turn.ticks) {
-                    run += " " + std::to_string(ticks);
-                }
-            }
+            run = identityOf(settings.seed, visit.turns);
         }
         if (const auto pair = pairOf(visit.turns)) {
             PointPairs& point = pairs.at(static_cast<std::size_t>(visit.point));
@@ -153,7 +160,8 @@ JoinedComparison joinedFrom(Store& store) {
     JoinedComparison joined;
     const std::vector<std::string> common = commonKeys(head.sides);
     joined.sides = {buildOf(head.sides[0], common), buildOf(head.sides[1], common)};
-    joined.method = methodOf(head, settings, common);
+    joined.method = methodOf(
+        head, common, fmt::format("{:g} us, {} blocks", settings.shape.microseconds, settings.shape.blocks));
     joined.entry.identity = sha256(joined.sides[0].identity + joined.sides[1].identity + run);
     joined.entry.margin = settings.margin;
     // the report has the points that both sides have, in their order
@@ -176,6 +184,34 @@ JoinedComparison joinedFrom(Store& store) {
             std::find(point.marks.begin(), point.marks.end(), "same machine code") != point.marks.end();
         joined.points.push_back({point.function, parameterText(point), point.unit});
         joined.entry.findings.push_back(finding);
+    }
+    return joined;
+}
+
+JoinedMeasurement joinedMeasurementFrom(Store& store) {
+    const MeasurementReport report = measurementOf(store);
+    if (!report.finished) {
+        throw std::runtime_error("the measurement is not finished: resume it first");
+    }
+    const StoredHead head = store.head();
+    std::string run;
+    store.eachVisit([&](int, StoredVisit&& visit) {
+        if (run.empty()) {
+            run = identityOf(report.seed, visit.turns);
+        }
+    });
+    JoinedMeasurement joined;
+    joined.build = buildOf(head.sides[0], head.sides[0].keys);
+    joined.entry.identity = sha256(joined.build.identity + run);
+    joined.entry.method = methodOf(head, head.sides[0].keys, "");
+    joined.entry.processes = report.processes;
+    for (const MeasuredPoint& point : report.points) {
+        if (point.figure) {
+            joined.entry.figures.push_back(
+                {static_cast<int>(joined.points.size()), point.figure->floor / point.divisor,
+                 point.figure->low / point.divisor, point.figure->high / point.divisor});
+            joined.points.push_back({point.function, parameterText(point.parameters), point.unit});
+        }
     }
     return joined;
 }

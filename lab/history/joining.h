@@ -1,6 +1,6 @@
 #pragma once
 
-/// From a kept comparison to what a history keeps of it.
+/// From a kept comparison or measurement to what a history keeps of it.
 
 #include <array>
 #include <string>
@@ -21,8 +21,18 @@ struct JoinedComparison {
     ComparisonEntry entry;
 };
 
+/// A measurement before its build has a place. The figures' points are indices into `points`.
+struct JoinedMeasurement {
+    BuildEntry build;
+    std::vector<PointName> points;
+    MeasurementEntry entry;
+};
+
 /// std::runtime_error if the comparison is not finished.
 JoinedComparison joinedFrom(Store& store);
+
+/// The same of a measurement.
+JoinedMeasurement joinedMeasurementFrom(Store& store);
 
 /// What the values of a point's pairs, logarithms of new / old, come to: Finding's pairs, middle, error, push
 /// and energy. `grain` is the step of the clock as a part of the shortest turn.

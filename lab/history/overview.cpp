@@ -102,7 +102,10 @@ bool isDay(const std::string& text) {
 
 Overview overviewOf(const History& history, const Choice& choice) {
     if (history.comparisons.empty()) {
-        throw std::runtime_error("the history is empty");
+        throw std::runtime_error(history.measurements.empty()
+                                     ? "the history is empty"
+                                     : "the history has no comparison yet; \"history show --figures\" shows "
+                                       "what was measured");
     }
     Overview overview;
     overview.history = &history;
@@ -163,6 +166,21 @@ Now nowOf(const Overview& overview, const PointHistory& point) {
     now.from = point.levels[at(overview.since)].chain == chain ? overview.since : chain;
     now.level = difference(point.levels, now.from, now.to);
     return now;
+}
+
+std::vector<std::vector<MeasuredFigure>> figuresOf(const Overview& overview) {
+    const History& history = *overview.history;
+    Method like = history.methods[at(overview.method)];
+    like.turn.clear();  // a figure does not depend on it
+    std::vector<std::vector<MeasuredFigure>> figures(history.points.size());
+    for (const MeasurementEntry& entry : history.measurements) {
+        if (entry.method == like) {
+            for (const KeptFigure& figure : entry.figures) {
+                figures[at(figure.point)].push_back({&entry, &figure});
+            }
+        }
+    }
+    return figures;
 }
 
 bool hasChange(const Overview& overview, bool slowerOnly) {

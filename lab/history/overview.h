@@ -39,8 +39,8 @@ struct Overview {
     std::vector<ChainBreak> breaks;
 };
 
-/// std::runtime_error if the history is empty, or has nothing of what was chosen. The history must outlive
-/// it.
+/// std::runtime_error if the history has no comparison, or nothing of what was chosen. The history must
+/// outlive it.
 Overview overviewOf(const History& history, const Choice& choice);
 
 /// What of a point lies in the shown range.
@@ -55,6 +55,16 @@ struct Now {
     Difference level;
 };
 Now nowOf(const Overview& overview, const PointHistory& point);
+
+/// A figure that a measurement keeps of a point.
+struct MeasuredFigure {
+    const MeasurementEntry* entry = nullptr;
+    const KeptFigure* figure = nullptr;
+};
+
+/// The figures of each point of the history, by index there, in the order of builds: those measured on the
+/// processor, in the width and with the keys of the overview's method.
+std::vector<std::vector<MeasuredFigure>> figuresOf(const Overview& overview);
 
 /// Whether a change (`slowerOnly`: to slower) lies in the shown range.
 bool hasChange(const Overview& overview, bool slowerOnly);

@@ -5,6 +5,9 @@
 #include <filesystem>
 #include <fstream>
 
+#include "history/historytable.h"
+#include "store/sqlite.h"
+
 namespace lab {
 namespace {
 
@@ -92,6 +95,51 @@ TEST_F(Histories, PutBuildsInOrder) {
     EXPECT_EQ(add(joined("e", "c"), "six").older, "five");
     EXPECT_EQ(labels(), "one two three four five six") << "the bytes of three once more";
     EXPECT_EQ(add(joined("c", "g"), "seven").older, "six");
+}
+
+TEST_F(Histories, KeepFiguresBesideComparisons) {
+    const auto measured = [](const std::string& build, double clocks) {
+        JoinedMeasurement joined;
+        joined.build.identity = build + "0123456789abcdef";
+        joined.points = {{"F2", "", "b"}, {"F1", "Len=8", "e"}};
+        joined.entry.identity = build + std::to_string(clocks);
+        joined.entry.method = {"Fine One", "", "", 64};
+        joined.entry.processes = 10;
+        joined.entry.figures = {{0, 7, 7, 7}, {1, clocks, clocks - 1, clocks + 1}};
+        return joined;
+    };
+    add(joined("a", "b"), "two", "one");
+    // a history from before there were measurements
+    Database(m_path, SQLITE_OPEN_READWRITE).run("DROP TABLE measurement; DROP TABLE figure");
+    EXPECT_TRUE(readHistory(m_path).measurements.empty());
+
+    EXPECT_EQ(addToHistory(m_path, measured("b", 12), {"", "", "", "2026-11-24"}).newer, "two");
+    EXPECT_EQ(addToHistory(m_path, measured("a", 11), {"one", "", "cafe12", "2026-11-25"}).newer, "one");
+    EXPECT_FALSE(addToHistory(m_path, measured("a", 11), {}).isNew);
+    JoinedMeasurement elsewhere = measured("a", 9);
+    elsewhere.entry.method.bits = 32;
+    addToHistory(m_path, elsewhere, {});
+    addToHistory(m_path, measured("z", 99), {"new", "", "", "2026-11-26"});
+    EXPECT_THROW(addToHistory(m_path, measured("z", 98), {"one", "", "", ""}), std::runtime_error);
+    EXPECT_EQ(labels(), "one two new");
+
+    const History history = readHistory(m_path);
+    EXPECT_EQ(history.builds[0].revision, "cafe12");
+    const Overview overview = overviewOf(history, {});
+    EXPECT_EQ(overview.builds, (std::vector<int>{0, 1})) << "no comparison has the new one";
+    const std::vector<MeasuredFigure> figures = figuresOf(overview)[0];
+    std::string said;
+    for (const MeasuredFigure& its : figures) {
+        said += history.builds[static_cast<std::size_t>(its.entry->build)].label + its.entry->day + " " +
+                std::to_string(static_cast<int>(its.figure->high)) + ", ";
+    }
+    EXPECT_EQ(said, "one2026-11-25 12, two2026-11-24 13, new2026-11-26 100, ");
+    EXPECT_NE(historyTable(overview, true, false).find("Len=8 (99.00 clocks per e at new)"),
+              std::string::npos);
+    const std::string table = figuresTable(history, {"two", "F1", 0});
+    EXPECT_NE(table.find("12.00 per e  11.00 .. 13.00  two, 2026-11-24"), std::string::npos) << table;
+    EXPECT_EQ(table.find("one"), std::string::npos);
+    EXPECT_THROW(figuresTable(history, {"2026-11-27", "", 0}), std::runtime_error);
 }
 
 TEST_F(Histories, RefuseAndLoseNothing) {

@@ -59,7 +59,7 @@
             scales: {x: {time: false, range: () => [-0.5, builds.length - 0.5]},
                 y: {range: () => [low - 0.05 * (high - low), high + 0.05 * (high - low)]}},
             axes: [
-                page.axis({label: "builds", size: 48, grid: {show: false},
+                page.axis({label: "builds", grid: {show: false},
                     values: (plot, splits) => splits.map(split => Number.isInteger(split) && builds[split] ? short(label(split)) : "")}),
                 page.axis({size: 58, values: (plot, splits) => splits.map(split => (split > 0 ? "+" : split < 0 ? "\u2212" : "")
                     + Number(Math.abs(split).toPrecision(3)) + "%")}),
@@ -108,7 +108,27 @@
                 .map(one => el("option", {value: one.index, selected: one === point}, one.parameters || "none")));
             const clocks = point.clocks === null ? "" : ` The last build took ${page.figure(point.clocks, 3)} clocks a call; figures of `
                 + "other days are not comparable with that, ratios are.";
-            list.replaceChildren(told(point, "No change in the shown range."), el("p", {class: "soft small"}, clocks));
+            list.replaceChildren(told(point, "No change in the shown range."), el("p", {class: "soft small"}, clocks), figures());
+        };
+        /// What measurements say of the point.
+        const figures = () => {
+            const box = el("div", {id: "figures"});
+            if (point.figures.length > 0) {
+                page.table(box, {
+                    caption: "Measured",
+                    columns: [
+                        {title: "Build", value: one => one.build, show: one => one.build},
+                        {title: "Day", value: one => one.day, show: one => one.day},
+                        {title: `Clocks per ${point.unit}`, kind: "number", down: true, value: one => one.clocks, show: one => el("div", {},
+                            el("strong", {}, page.figure(one.clocks, 4)),
+                            el("span", {class: "note"}, `${page.figure(one.low, 4)} to ${page.figure(one.high, 4)}`))},
+                        {title: "Processes", kind: "number", down: true, value: one => one.processes, show: one => String(one.processes)},
+                    ],
+                    rows: point.figures.slice().reverse(),
+                });
+                box.append(el("p", {class: "soft small"}, "Machines drift: figures of different days are records, and no level rests on them."));
+            }
+            return box;
         };
         const choose = one => {
             point = one;
