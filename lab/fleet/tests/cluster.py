@@ -140,6 +140,8 @@ class Cluster:
         text += "PartitionName=all Nodes=ALL Default=YES\n"
         configuration = self.folder / "slurm.conf"
         configuration.write_text(text)
+        # a node looks for the kind of control groups, though it uses none, and there may be none of any kind
+        (self.folder / "cgroup.conf").write_text("CgroupPlugin=cgroup/v1\n")
         os.environ["SLURM_CONF"] = str(configuration)
         key = self.folder / "munge.key"
         key.touch(mode=0o600)
