@@ -65,8 +65,9 @@ FleetOrder readOrder(const std::vector<std::string>& words) {
             }
             continue;
         }
+        const bool isFlag = option->get_items_expected_max() == 0;
         for (const std::string& value : option->results()) {
-            order.options.push_back(option->get_items_expected_max() == 0 ? name : name + "=" + value);
+            order.options.push_back(isFlag ? name : fmt::format("{}={}", name, value));
         }
     }
     Settings& settings = order.settings;

@@ -41,6 +41,7 @@ std::vector<Point> joinedPoints(const std::vector<Report>& sessions) {
     std::vector<Point> points;
     for (const std::vector<const Point*>& ofSessions : all) {
         std::vector<Decision> decisions;
+        decisions.reserve(ofSessions.size());
         for (const Point* point : ofSessions) {
             decisions.push_back(point->decision);
         }

@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
 #include <sstream>
 #include <stdexcept>
 #include <system_error>
@@ -135,6 +136,7 @@ ProgramEnd runProgram(const ProgramStart& start) {
     }
     std::vector<std::string> words = start.words;
     std::vector<char*> pointers;
+    pointers.reserve(words.size() + 1);
     for (std::string& word : words) {
         pointers.push_back(word.data());
     }
@@ -162,7 +164,7 @@ bool isOnPath(const std::string& name) {
     const char* path = std::getenv("PATH");
     std::istringstream folders(path == nullptr ? "" : path);
     for (std::string folder; std::getline(folders, folder, ':');) {
-        if (access((folder + "/" + name).c_str(), X_OK) == 0) {
+        if (access((std::filesystem::path(folder) / name).c_str(), X_OK) == 0) {
             return true;
         }
     }

@@ -86,6 +86,7 @@ double distancesFromLine(const std::vector<double>& values) {
 Change located(const std::vector<Level>& levels, int first, int last) {
     const std::vector<int> builds = knownBuilds(levels, first, last);
     std::vector<double> values;
+    values.reserve(builds.size());
     for (const int build : builds) {
         values.push_back(levels[at(build)].value);
     }

@@ -334,7 +334,7 @@ Joining addToHistory(const std::string& path, const JoinedComparison& joined, co
             makeTables(base);
         }
         checkBase(base, path);
-        const Joining joining = Adding(base, joined, words).run();
+        Joining joining = Adding(base, joined, words).run();
         transaction.commit();
         return joining;
     } catch (...) {

@@ -60,6 +60,7 @@ std::vector<ChainBreak> breaksOf(const Overview& overview) {
         }
     }
     std::vector<ChainBreak> breaks;
+    breaks.reserve(counts.size());
     for (const auto& [where, points] : counts) {
         breaks.push_back({where.first, where.second, points});
     }

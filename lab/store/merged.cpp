@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <map>
 #include <optional>
+#include <sstream>
 #include <stdexcept>
 
 #include "store/base.h"
@@ -108,7 +109,7 @@ std::string differenceOf(const std::array<StoredSide, 2>& one, const std::array<
 }
 
 std::string differenceOf(const Source& one, const Source& other) {
-    const std::string ofObjects = differenceOf(one.sides, other.sides);
+    std::string ofObjects = differenceOf(one.sides, other.sides);
     if (!ofObjects.empty()) {
         return ofObjects;
     }
@@ -169,11 +170,11 @@ void makeTables(Database& base) {
         "CREATE TABLE session(session INTEGER PRIMARY KEY, identity TEXT NOT NULL UNIQUE, "
         "kind TEXT NOT NULL)");
     for (const auto& [name, key] : tables) {
-        const std::string table = name;
-        base.run(("CREATE TABLE main." + table + " AS SELECT 0 AS session, " + columnsOf(base, table) +
-                  " FROM source." + table + " WHERE 0; CREATE UNIQUE INDEX main.key_of_" + table + " ON " +
-                  table + "(session, " + key + ")")
-                     .c_str());
+        std::ostringstream query;
+        query << "CREATE TABLE main." << name << " AS SELECT 0 AS session, " << columnsOf(base, name)
+              << " FROM source." << name << " WHERE 0; CREATE UNIQUE INDEX main.key_of_" << name << " ON "
+              << name << "(session, " << key << ")";
+        base.run(query.str().c_str());
     }
     setBaseId(base, BaseId::merged);
 }
@@ -298,7 +299,8 @@ void checkMergeInto(const std::string& path, const std::array<StoredSide, 2>& si
     for (const Source& source : sourcesThere(path)) {
         const std::string difference = differenceOf(sides, source.sides);
         if (!difference.empty()) {
-            throw std::runtime_error(path + ": holds another comparison: " + difference);
+            throw std::runtime_error(
+                std::string(path).append(": holds another comparison: ").append(difference));
         }
     }
 }
