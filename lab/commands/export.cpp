@@ -41,6 +41,17 @@ std::string textOf(const Report& report, Format format) {
     }
 }
 
+std::string textOf(const FleetReport& fleet, Format format) {
+    switch (format) {
+        case Format::json:
+            return fleetJson(fleet, false);
+        case Format::csv:
+            return csv(fleet);
+        default:
+            return markdown(fleet);
+    }
+}
+
 std::string textOf(const ResultTable& table, Format format) {
     switch (format) {
         case Format::json:
@@ -67,10 +78,7 @@ std::string textOf(const Options& options) {
         return textOf(tableOf(options.source), options.format);
     }
     if (isMerged(file)) {
-        if (options.format != Format::json) {
-            throw std::runtime_error(file + ": a merged store is exported as --json");
-        }
-        return fleetJson(fleetReportOf(file), false);
+        return textOf(fleetReportOf(file), options.format);
     }
     if (Store::kindOf(file) == StoreKind::measurement) {
         return textOfMeasurement(file, options.format);

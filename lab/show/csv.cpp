@@ -65,10 +65,10 @@ Cells distinct(Cells names) {
 }
 
 /// A column for each parameter that any of the points has.
-template <class Points>
 class ParameterColumns {
   public:
-    explicit ParameterColumns(const Points& points) {
+    template <class Points>
+    void add(const Points& points) {
         for (const auto& point : points) {
             for (const auto& [name, value] : point.parameters) {
                 if (m_columns.emplace(name, m_names.size()).second) {
@@ -78,33 +78,43 @@ class ParameterColumns {
         }
     }
 
-    /// The line of names: the function, the parameters, and `others`, which keep their names.
-    std::string head(const Cells& others) const {
-        Cells names{"function"};
+    /// The line of names: the first ones, the parameters, and `others`. All but the parameters keep their
+    /// names.
+    std::string head(const Cells& first, const Cells& others) const {
+        Cells names = first;
         names.insert(names.end(), others.begin(), others.end());
         names.insert(names.end(), m_names.begin(), m_names.end());
         names = distinct(std::move(names));
-        std::rotate(names.begin() + 1, names.begin() + 1 + static_cast<std::ptrdiff_t>(others.size()),
-                    names.end());
-        std::transform(names.begin(), names.end(), names.begin(),
-                       [](const std::string& name) { return cellOf(name); });
-        return lineOf(names);
+        const auto behind = names.begin() + static_cast<std::ptrdiff_t>(first.size());
+        std::rotate(behind, behind + static_cast<std::ptrdiff_t>(others.size()), names.end());
+        return lineOf(cellsOf(names));
     }
 
-    std::string line(std::string_view function, const Parameters& parameters, const Cells& others) const {
-        Cells cells(1 + m_names.size());
-        cells[0] = cellOf(function);
+    std::string line(const Cells& first, const Parameters& parameters, const Cells& others) const {
+        Cells cells = cellsOf(first);
+        cells.resize(first.size() + m_names.size());
         for (const auto& [name, value] : parameters) {
-            cells[1 + m_columns.at(name)] = cellOf(value);
+            cells[first.size() + m_columns.at(name)] = cellOf(value);
         }
         cells.insert(cells.end(), others.begin(), others.end());
         return lineOf(cells);
     }
 
   private:
+    static Cells cellsOf(Cells texts) {
+        for (std::string& text : texts) {
+            text = cellOf(text);
+        }
+        return texts;
+    }
+
     Cells m_names;
     std::map<std::string, std::size_t> m_columns;
 };
+
+const Cells ofComparison{"unit",       "divisor",   "verdict",    "reason",     "ratio_low", "ratio",
+                         "ratio_high", "smallest",  "old_clocks", "new_clocks", "pairs",     "old_status",
+                         "new_status", "old_death", "new_death",  "marks"};
 
 Cells othersOf(const Point& point) {
     const Decision& decision = point.decision;
@@ -133,24 +143,38 @@ Cells othersOf(const Point& point) {
 }  // namespace
 
 std::string csv(const Report& report) {
-    const ParameterColumns columns(report.points);
-    std::string text = columns.head({"unit", "divisor", "verdict", "reason", "ratio_low", "ratio",
-                                     "ratio_high", "smallest", "old_clocks", "new_clocks", "pairs",
-                                     "old_status", "new_status", "old_death", "new_death", "marks"});
+    ParameterColumns columns;
+    columns.add(report.points);
+    std::string text = columns.head({"function"}, ofComparison);
     for (const Point& point : report.points) {
-        text += columns.line(point.function, point.parameters, othersOf(point));
+        text += columns.line({point.function}, point.parameters, othersOf(point));
+    }
+    return text;
+}
+
+std::string csv(const FleetReport& fleet) {
+    ParameterColumns columns;
+    for (const KindReport& kind : fleet.kinds) {
+        columns.add(kind.report.points);
+    }
+    std::string text = columns.head({"kind", "function"}, ofComparison);
+    for (const KindReport& kind : fleet.kinds) {
+        for (const Point& point : kind.report.points) {
+            text += columns.line({kind.name, point.function}, point.parameters, othersOf(point));
+        }
     }
     return text;
 }
 
 std::string csv(const ResultTable& table) {
-    const ParameterColumns columns(table.rows);
-    std::string text = columns.head(
-        {"clocks", "unit", "microseconds", "mflops", "calls", "comment", "hot", "run", "start", "library"});
+    ParameterColumns columns;
+    columns.add(table.rows);
+    std::string text = columns.head({"function"}, {"clocks", "unit", "microseconds", "mflops", "calls",
+                                                   "comment", "hot", "run", "start", "library"});
     for (const ResultRow& row : table.rows) {
         const ResultRun& run = table.runs[static_cast<std::size_t>(row.run)];
         text += columns.line(
-            row.function, row.parameters,
+            {row.function}, row.parameters,
             {cellOf(row.clocks), cellOf(row.unit), cellOf(row.microseconds), cellOf(row.mflops),
              cellOf(callsOf(row)), cellOf(row.comment), row.hot ? "1" : "0", std::to_string(row.run + 1),
              cellOf(titleOf(run, "Start")), cellOf(titleOf(run, "Library"))});

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "results/resulttable.h"
+#include "show/fleet.h"
 #include "show/report.h"
 
 namespace lab {
@@ -14,6 +15,9 @@ namespace lab {
 /// The points of a comparison. Parameters have a column each, in the order in which points name them; where a
 /// name stands for two columns, letters' case aside, the later one gets "_2" behind it.
 std::string csv(const Report& report);
+
+/// The same of all kinds, each line with its kind before the function.
+std::string csv(const FleetReport& fleet);
 
 /// The results of a table, with the run that each is of.
 std::string csv(const ResultTable& table);

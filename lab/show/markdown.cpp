@@ -118,7 +118,7 @@ std::string rest(const std::vector<TableLine>& lines) {
                        lines.size() == 1 ? "" : "s", countsText(counts));
 }
 
-std::string pointsThatAreNotSame(const Report& report) {
+std::string pointsThatAreNotSame(const Report& report, std::size_t most) {
     const TableStyle style{
         .points = true, .only = {Verdict::slower, Verdict::faster, Verdict::unsure}, .colours = false};
     const std::vector<TableLine> lines = tableLines(report, style);
@@ -128,7 +128,7 @@ std::string pointsThatAreNotSame(const Report& report) {
     return folded(
         fmt::format("{} point{} that differ or cannot be told", lines.size(), lines.size() == 1 ? "" : "s"),
         headOf({"function", "point", "verdict", "change ", "interval", "clocks of one call"}) +
-            linesOf(lines, mostFolded, pointLine));
+            linesOf(lines, most, pointLine));
 }
 
 std::string item(std::string_view name, std::string_view text) {
@@ -155,6 +155,63 @@ std::string circumstances(const Report& report) {
     return folded("Builds and machine", text);
 }
 
+bool differsSomewhere(const FleetLine& line) {
+    return std::any_of(line.ofKinds.begin(), line.ofKinds.end(),
+                       [](const TableLine& one) { return one.point != nullptr && differs(one); });
+}
+
+std::string kindCell(const TableLine& line) {
+    if (line.point == nullptr) {
+        return "-";
+    }
+    const Decision& decision = line.point->decision;
+    return verdictCell(decision) + (decision.pairs > 0 ? " " + changeText(decision) : "");
+}
+
+std::string fleetLine(const FleetLine& line) {
+    Cells cells{code(line.name)};
+    for (const TableLine& one : line.ofKinds) {
+        cells.push_back(kindCell(one));
+    }
+    return lineOf(cells);
+}
+
+/// The functions that differ on any kind, and how many do on none.
+std::string functionsByKinds(const FleetReport& fleet) {
+    std::vector<FleetLine> lines = fleetLines(fleet, false);
+    const auto same = std::stable_partition(lines.begin(), lines.end(), differsSomewhere);
+    const auto others = lines.end() - same;
+    lines.erase(same, lines.end());
+    std::string text;
+    if (!lines.empty()) {
+        Cells names{"function"};
+        for (const KindReport& kind : fleet.kinds) {
+            names.push_back(code(kind.name));
+        }
+        text = headOf(names) + linesOf(lines, mostLines, fleetLine);
+    }
+    return others == 0 ? text
+                       : text + fmt::format("\n{} function{} without a known difference on any kind.\n",
+                                            others, others == 1 ? "" : "s");
+}
+
+/// "Of 3 kinds 1 has something slower, 0 something faster."
+std::string sentenceOf(const FleetReport& fleet) {
+    const auto have = [&](auto&& isIt) {
+        return std::count_if(fleet.kinds.begin(), fleet.kinds.end(), [&](const KindReport& kind) {
+            const std::vector<Point>& points = kind.report.points;
+            return std::any_of(points.begin(), points.end(),
+                               [&](const Point& point) { return isIt(point.decision); });
+        });
+    };
+    const auto slower = have([](const Decision& one) { return one.verdict == Verdict::slower; });
+    const auto faster = have([](const Decision& one) { return one.verdict == Verdict::faster; });
+    const auto crash = have([](const Decision& one) { return one.reason == Reason::crash; });
+    return fmt::format("Of {} kind{} {} {} something slower, {} something faster{}.", fleet.kinds.size(),
+                       fleet.kinds.size() == 1 ? "" : "s", slower, slower == 1 ? "has" : "have", faster,
+                       crash == 0 ? "" : fmt::format(", {} a crash", crash));
+}
+
 std::string functionResultsLine(const FunctionResults& function) {
     return lineOf({code(function.function), std::to_string(function.count), figureText(function.least),
                    figureText(function.most), code(function.unit)});
@@ -172,8 +229,19 @@ std::string markdown(const Report& report) {
     const auto same = std::stable_partition(lines.begin(), lines.end(), differs);
     const std::vector<TableLine> others(same, lines.end());
     lines.erase(same, lines.end());
-    return "**" + sentence(report) + "**\n" + changed(lines) + rest(others) + pointsThatAreNotSame(report) +
-           circumstances(report);
+    return "**" + sentence(report) + "**\n" + changed(lines) + rest(others) +
+           pointsThatAreNotSame(report, mostFolded) + circumstances(report);
+}
+
+std::string markdown(const FleetReport& fleet) {
+    std::string text = "**" + sentenceOf(fleet) + "**\n" + functionsByKinds(fleet);
+    for (const KindReport& kind : fleet.kinds) {
+        text += fmt::format("\n{}: {} session{}. {}\n", code(kind.name), kind.sessions,
+                            kind.sessions == 1 ? "" : "s", sentence(kind.report)) +
+                pointsThatAreNotSame(kind.report, std::max<std::size_t>(1, mostFolded / fleet.kinds.size())) +
+                circumstances(kind.report);
+    }
+    return text;
 }
 
 std::string markdown(const ResultTable& table) {

@@ -6,11 +6,14 @@
 #include <string>
 
 #include "results/resulttable.h"
+#include "show/fleet.h"
 #include "show/report.h"
 
 namespace lab {
 
 std::string markdown(const Report& report);
+/// Functions by kinds, the worst first, and each kind's own details.
+std::string markdown(const FleetReport& fleet);
 std::string markdown(const ResultTable& table);
 
 }  // namespace lab

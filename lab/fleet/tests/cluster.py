@@ -22,14 +22,17 @@ import time
 PROGRAMS = ("munged", "slurmctld", "slurmd", "sbatch", "srun", "squeue", "sinfo", "scontrol")
 SUBREAPER, DEATH_SIGNAL = 36, 1  # of prctl
 LIBC = ctypes.CDLL(None)
+LIMIT = 90  # seconds that anything is waited for; a node is given up after some 25
 
+# For as long as cred_expire a requeued job waits (two minutes if it is not said). It has to wait: a node that comes
+# back is told to end the run that it lost, and would end the next run of the job.
 CONFIGURATION = """
 ClusterName=fleet
 SlurmctldHost=localhost(127.0.0.1)
 SlurmUser=root
 SlurmdUser=root
 AuthType=auth/munge
-AuthInfo=socket={folder}/munge.socket
+AuthInfo=socket={folder}/munge.socket,cred_expire=10
 CredType=cred/munge
 SlurmctldPort={port}
 StateSaveLocation={folder}/state
@@ -61,16 +64,24 @@ def why_not():
     missing = [name for name in PROGRAMS if shutil.which(name) is None]
     if missing:
         return "not installed: " + ", ".join(missing)
-    return "" if os.geteuid() == 0 else "only root starts nodes that run jobs"
+    if os.geteuid() != 0:
+        return "only root starts nodes that run jobs"
+    if not pathlib.Path(f"/proc/self/task/{os.getpid()}/children").exists():
+        return "/proc does not tell the children of a process"
+    with contextlib.suppress(OSError):
+        if socket.gethostbyname("localhost") == "127.0.0.1":
+            return ""
+    return "localhost is not 127.0.0.1"
 
 
 def free_ports(count):
     """The first of so many ports in a row that nobody listens on."""
     while True:
         first = random.randrange(20000, 30000)
-        with contextlib.ExitStack() as stack, contextlib.suppress(OSError):
+        with contextlib.suppress(OSError):
             for port in range(first, first + count):
-                stack.enter_context(socket.socket()).bind(("127.0.0.1", port))
+                with socket.socket() as one:
+                    one.bind(("127.0.0.1", port))
             return first
 
 
@@ -129,6 +140,8 @@ class Cluster:
         text += "PartitionName=all Nodes=ALL Default=YES\n"
         configuration = self.folder / "slurm.conf"
         configuration.write_text(text)
+        # a node looks for the kind of control groups, though it uses none, and there may be none of any kind
+        (self.folder / "cgroup.conf").write_text("CgroupPlugin=cgroup/v1\n")
         os.environ["SLURM_CONF"] = str(configuration)
         key = self.folder / "munge.key"
         key.touch(mode=0o600)
@@ -170,12 +183,14 @@ class Cluster:
         return done.stdout + done.stderr
 
     @staticmethod
-    def until(condition, what, seconds=40):
-        limit = time.monotonic() + seconds
-        while not condition():
+    def until(condition, what):
+        """Waits for what is not false, and returns it."""
+        limit = time.monotonic() + LIMIT
+        while not (found := condition()):
             if time.monotonic() > limit:
                 raise TimeoutError(what)
             time.sleep(0.2)
+        return found
 
     def reap(self):
         """Slurm waits for a minute for processes of a job that nobody has taken the status of."""

@@ -60,6 +60,54 @@ zylsSame_8u,,,,e,64,same,,0.999,1,1.001001,1.011061,,102.5,8,0,0,,,same machine 
 )");
 }
 
+/// Two kinds: one has the report above, the other a function of it that is faster there.
+FleetReport fleet() {
+    FleetReport made;
+    made.kinds = {{"wide, new", 2, report()}, {"old", 1, report()}};
+    Report& other = made.kinds[1].report;
+    other.warnings.clear();
+    other.points = {other.points[1], other.points[3]};
+    other.points[0].decision.verdict = Verdict::faster;
+    other.points[0].decision.interval = {std::log(0.5), std::log(0.5), std::log(0.5)};
+    other.points[1].parameters = {{"Kind", "8"}};
+    return made;
+}
+
+TEST(Csv, OfKinds) {
+    EXPECT_EQ("\n" + csv(fleet()), R"(
+kind,function,VectorLength,Unit_2,vectorlength_2,Kind_2,unit,divisor,verdict,reason,ratio_low,ratio,ratio_high,smallest,old_clocks,new_clocks,pairs,old_status,new_status,old_death,new_death,marks
+"wide, new",zylsSlow_8u,64,,,,e,64,slower,,1.01,1.02,1.03,1.015113,100,102.5,20,0,0,,,same machine code
+"wide, new",zylsSlow_8u,128,,,,e,64,same,,1.01,1.02,1.03,1.015113,100,102.5,20,0,0,,,same machine code
+"wide, new","a|b`\x0a,""",," x,y",é,,e,64,unsure,crash,,,,,,102.5,0,0,0,,SIGSEGV,same machine code
+"wide, new",zylsSame_8u,,,,,e,64,same,,0.999,1,1.001001,1.011061,,102.5,8,0,0,,,same machine code
+old,zylsSlow_8u,128,,,,e,64,faster,,0.5,0.5,0.5,1.015113,100,102.5,20,0,0,,,same machine code
+old,zylsSame_8u,,,,8,e,64,same,,0.999,1,1.001001,1.011061,,102.5,8,0,0,,,same machine code
+)");
+}
+
+TEST(Markdown, OfKinds) {
+    const auto details = [](const Report& of) {
+        const std::string text = markdown(of);
+        return text.substr(text.find("<details>"));
+    };
+    EXPECT_EQ("\n" + markdown(fleet()), R"(
+**Of 2 kinds 1 has something slower, 1 something faster, 1 a crash.**
+
+| function | `wide, new` | `old` |
+| --- | --- | --- |
+| <code>a&#124;b&#96;&#92;x0a,&#34;</code> | unsure: crash | - |
+| `zylsSlow_8u` | **slower** +2.00% | faster -50.00% |
+
+1 function without a known difference on any kind.
+
+`wide, new`: 2 sessions. Of 4 points 1 slower (1 function), 0 faster, 2 the same within 1%, 1 cannot be told (crash 1).
+
+)" + details(report()) + R"(
+`old`: 1 session. Of 2 points 0 slower, 1 faster (1 function), 1 the same within 1%, 0 cannot be told.
+
+)" + details(fleet().kinds[1].report));
+}
+
 TEST(Markdown, OfAComparison) {
     EXPECT_EQ("\n" + markdown(report()), R"(
 **Of 4 points 1 slower (1 function), 0 faster, 2 the same within 1%, 1 cannot be told (crash 1).**
