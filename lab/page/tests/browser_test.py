@@ -1,80 +1,30 @@
 #!/usr/bin/python3
-"""The page of a comparison in a real browser.
+"""The pages of a comparison, of one on many kinds of machines and of a history, in a real browser.
    browser_test.py METRIG-LAB LAB_MADE_STORE AXE      ends with 77 where there is no browser to test with"""
+import contextlib
 import csv
 import json
-import pathlib
-import shutil
-import subprocess
+import sqlite3
 import sys
-import tempfile
-import time
 import unittest
 
-try:
-    from selenium import webdriver
+sys.dont_write_bytecode = True
+from browser import MARKUP, EveryPage, Run, run  # noqa: E402
+
+with contextlib.suppress(ImportError):
     from selenium.webdriver.common.by import By
     from selenium.webdriver.common.keys import Keys
-except ImportError:
-    webdriver = None
-
-MARKUP = "</script><img src=x onerror=alert(1)>"
 
 
-def browser(profile):
-    options = webdriver.ChromeOptions()
-    for word in ("headless=new no-sandbox disable-gpu disable-quic no-first-run disable-background-networking"
-                 " disable-component-update disable-sync force-prefers-reduced-motion").split():
-        options.add_argument("--" + word)
-    options.add_argument(f"--user-data-dir={profile}")
-    options.set_capability("goog:loggingPrefs", {"browser": "ALL", "performance": "ALL"})
-    return webdriver.Chrome(options=options, service=webdriver.chrome.service.Service("/usr/bin/chromedriver"))
-
-
-class Page(unittest.TestCase):
-    """One browser for all; each test opens the page anew."""
+class Comparison(EveryPage, unittest.TestCase):
+    with_markup = (".build .code", ".build code", ".warnings li", ".grid tbody th")
 
     @classmethod
     def setUpClass(cls):
-        cls.folder = tempfile.TemporaryDirectory()
-        cls.addClassCleanup(cls.folder.cleanup)
-        cls.path = pathlib.Path(cls.folder.name)
-        store = cls.path / "run.db"
-        subprocess.run([STORE_MAKER, store], check=True)
-        subprocess.run([LAB, "page", store], check=True, stdout=subprocess.DEVNULL)
-        cls.exported = json.loads(subprocess.run([LAB, "export", store, "--json"], check=True, capture_output=True).stdout)
-        cls.url = (cls.path / "run.html").as_uri()
-        cls.browser = browser(cls.path / "profile")
-        cls.addClassCleanup(cls.browser.quit)
-
-    def setUp(self):
-        self.browser.get("about:blank")
-        self.emulate(1280, "light")
-        self.browser.get_log("performance")
-        self.open(self.url)
-
-    def tearDown(self):
-        self.assertEqual(self.browser.get_log("browser"), [])
-
-    def open(self, url):
-        self.browser.get(url)
-        self.wait(lambda: self.run_script("return document.getElementById('data') !== null"))
-
-    def emulate(self, width, scheme):
-        self.browser.execute_cdp_cmd("Emulation.setDeviceMetricsOverride", {
-            "width": width, "height": 800, "deviceScaleFactor": 1, "mobile": width < 500})
-        self.browser.execute_cdp_cmd("Emulation.setEmulatedMedia", {
-            "features": [{"name": "prefers-color-scheme", "value": scheme}]})
-
-    def find(self, selector):
-        return self.browser.find_element(By.CSS_SELECTOR, selector)
-
-    def texts(self, selector):
-        return self.browser.execute_script(
-            "return [...document.querySelectorAll(arguments[0])].map(node => node.textContent)", selector)
-
-    def run_script(self, text, *arguments):
-        return self.browser.execute_script(text, *arguments)
+        store = Run.made_store("run.db", 456)
+        Run.said("page", store)
+        cls.exported = json.loads(Run.said("export", store, "--json"))
+        cls.url = (Run.path / "run.html").as_uri()
 
     def shown(self):
         """The point shown in full, by its function and parameters."""
@@ -90,22 +40,13 @@ class Page(unittest.TestCase):
         for key in ("slower", "faster", "same", "unsure", "crashed"):
             self.assertGreater(summary[key], 0, f"the made-up store has none: {key}")
 
-    def test_names_are_no_markup(self):
-        self.assertEqual(self.run_script("return document.images.length"), 0)
-        for selector in (".build .code", ".build code", ".warnings li", ".grid tbody th", "#parameters option"):
-            if selector == "#parameters option":
-                self.run_script("location.hash = arguments[0]", f"#point-{self.marked_point()}")
-                self.wait(lambda: MARKUP in self.shown())
-            self.assertTrue(any(MARKUP in text for text in self.texts(selector)), selector)
+    def test_name_of_a_point_is_no_markup(self):
+        self.run_script("location.hash = arguments[0]", f"#point-{self.marked_point()}")
+        self.wait(lambda: MARKUP in self.shown())
+        self.assertTrue(any(MARKUP in text for text in self.texts("#parameters option")))
 
     def marked_point(self):
         return next(i for i, point in enumerate(self.exported["points"]) if MARKUP in str(point["parameters"]))
-
-    def wait(self, condition):
-        end = time.monotonic() + 5
-        while not condition():
-            self.assertLess(time.monotonic(), end, "nothing happened")
-            time.sleep(0.02)
 
     def test_map_leads_to_the_point(self):
         cells = self.browser.find_elements(By.CSS_SELECTOR, "a.cell")
@@ -168,50 +109,74 @@ class Page(unittest.TestCase):
         self.assertEqual(len(self.texts("#points tbody tr")), len(self.exported["points"]))
 
     def test_downloads(self):
-        self.browser.execute_cdp_cmd("Browser.setDownloadBehavior", {"behavior": "allow", "downloadPath": str(self.path)})
+        self.browser.execute_cdp_cmd("Browser.setDownloadBehavior", {"behavior": "allow", "downloadPath": str(Run.path)})
         for kind in ("json", "csv"):
             self.run_script("document.getElementById(arguments[0]).click()", "get-" + kind)
-            self.wait((self.path / f"run.{kind}").exists)
-        self.assertEqual(json.loads((self.path / "run.json").read_text()), self.exported)
-        with open(self.path / "run.csv", newline="") as file:
+            self.wait((Run.path / f"run.{kind}").exists)
+        self.assertEqual(json.loads((Run.path / "run.json").read_text()), self.exported)
+        with open(Run.path / "run.csv", newline="") as file:
             rows = list(csv.DictReader(file))
         self.assertEqual([row["verdict"] for row in rows], [point["verdict"] for point in self.exported["points"]])
 
-    def test_no_request_leaves(self):
-        self.run_script("document.querySelectorAll('section').forEach(node => node.scrollIntoView())")
-        messages = [json.loads(entry["message"])["message"] for entry in self.browser.get_log("performance")]
-        asked = {message["params"]["request"]["url"] for message in messages if message["method"] == "Network.requestWillBeSent"}
-        self.assertLessEqual({url for url in asked if not url.startswith("blob:null/")}, {self.url, "about:blank"})
-        # nor could one, and nothing that is put into the page runs
-        self.run_script("""const script = document.createElement("script"); script.textContent = "window.ran = true";
-            const image = new Image(); image.src = "http://127.0.0.1:9/"; document.body.append(script, image);""")
-        self.assertIsNone(self.run_script("return window.ran"))
-        self.wait(lambda: len(self.refused) == 2)
 
-    @property
-    def refused(self):
-        self.entries = getattr(self, "entries", []) + self.browser.get_log("browser")
-        return [entry for entry in self.entries if "Content Security Policy" in entry["message"]]
+def changed_store(name, *changes):
+    """A made-up store after changes, each a query with its values."""
+    store = Run.made_store(name, 48)
+    with contextlib.closing(sqlite3.connect(store)) as base, base:
+        for query, *values in changes:
+            base.execute(query, values)
+    return store
 
-    def test_narrow(self):
-        self.emulate(360, "light")
-        self.open(self.url + "#map")
-        self.assertLessEqual(self.run_script("return document.documentElement.scrollWidth"), 360)
 
-    def test_accessibility(self):
-        for width, scheme in ((1280, "light"), (360, "dark")):
-            self.emulate(width, scheme)
-            self.run_script(AXE)
-            found = self.browser.execute_async_script(
-                "const done = arguments[0]; axe.run({resultTypes: ['violations']}).then(result => done(result.violations))")
-            grave = [(one["id"], node["html"]) for one in found if one["impact"] in ("serious", "critical") for node in one["nodes"]]
-            self.assertEqual(grave, [], scheme)
+class Fleet(EveryPage, unittest.TestCase):
+    with_markup = (".answer .code", ".card h3", ".grid thead th")
+
+    @classmethod
+    def setUpClass(cls):
+        stores = [changed_store(f"session{i}.db", ("UPDATE setting SET value = ? WHERE name = 'machine kind'", kind),
+                                ("INSERT OR REPLACE INTO setting VALUES('session', ?)", f"session {i}"))
+                  for i, kind in enumerate(("wide", "wide", MARKUP))]
+        merged = Run.path / "merged.db"
+        Run.said("merge", merged, *stores)
+        Run.said("page", merged)
+        cls.exported = json.loads(Run.said("export", merged, "--json"))
+        cls.url = (Run.path / "merged.html").as_uri()
+
+    def test_functions_by_kinds(self):
+        kinds = self.exported["kinds"]
+        self.assertEqual([(one["kind"], one["sessions"]) for one in kinds], sorted([("wide", 2), (MARKUP, 1)], key=lambda one: one[0]))
+        functions = {point["function"] for point in kinds[0]["comparison"]["points"]}
+        cells = self.browser.find_elements(By.CSS_SELECTOR, "a.cell")
+        self.assertEqual(len(cells), len(functions) * len(kinds))
+        cells[0].send_keys(Keys.ENTER)
+        # both the table's filter and its fields follow
+        self.wait(lambda: self.find("#kind").get_attribute("value") == kinds[0]["kind"])
+        self.assertEqual(set(self.texts("#points td:nth-child(1)")), {kinds[0]["kind"]})
+        self.assertEqual(set(self.texts("#points td .code")), {self.find("#sought").get_attribute("value")})
+
+
+class History(EveryPage, unittest.TestCase):
+    with_markup = (".answer .eyebrow", "#functions td", "#builds td", "#changes td")
+
+    @classmethod
+    def setUpClass(cls):
+        history = Run.path / "history.db"
+        for i in range(4):
+            store = changed_store(f"night{i}.db", *(("UPDATE object SET sha256 = ? WHERE side = ?", f"{i + side:064x}", side)
+                                                    for side in range(2)))
+            Run.said("history", "add", history, store, "--old-label", f"b{i}", "--label", f"b{i + 1}" if i < 3 else MARKUP)
+        Run.said("history", "page", history)
+        cls.exported = json.loads(Run.said("history", "show", history, "--json"))
+        cls.url = (Run.path / "history.html").as_uri()
+
+    def test_a_line_leads_to_the_builds(self):
+        names = [one["function"] for one in self.exported["functions"]]
+        self.assertEqual(self.texts("#functions td a"), names)
+        self.browser.find_elements(By.CSS_SELECTOR, "#functions td a")[1].click()
+        self.wait(lambda: self.find("#function").get_attribute("value") == names[1])
+        self.find("#level .chart").send_keys(Keys.END)
+        self.wait(lambda: MARKUP in self.texts("#level .chart output")[0])
 
 
 if __name__ == "__main__":
-    if webdriver is None or not shutil.which("chromium") or not pathlib.Path("/usr/bin/chromedriver").exists():
-        print("chromium, chromium-driver or python3-selenium is not there (script/bootstrap browser)")
-        sys.exit(77)
-    LAB, STORE_MAKER = sys.argv[1:3]
-    AXE = pathlib.Path(sys.argv[3]).read_text()
-    unittest.main(argv=sys.argv[:1], verbosity=2)
+    run(*sys.argv[1:])
