@@ -30,46 +30,21 @@ struct Options {
     std::string output;
 };
 
-std::string textOf(const Report& report, Format format) {
+std::string jsonOf(const Report& report) { return json(report, exitStatus(report, false)); }
+std::string jsonOf(const FleetReport& fleet) { return fleetJson(fleet, false); }
+std::string jsonOf(const MeasurementReport& report) { return json(report); }
+std::string jsonOf(const ResultTable& table) { return json(table); }
+
+template <class Exported>
+std::string textOf(const Exported& exported, Format format) {
     switch (format) {
         case Format::json:
-            return json(report, exitStatus(report, false));
+            return jsonOf(exported);
         case Format::csv:
-            return csv(report);
+            return csv(exported);
         default:
-            return markdown(report);
+            return markdown(exported);
     }
-}
-
-std::string textOf(const FleetReport& fleet, Format format) {
-    switch (format) {
-        case Format::json:
-            return fleetJson(fleet, false);
-        case Format::csv:
-            return csv(fleet);
-        default:
-            return markdown(fleet);
-    }
-}
-
-std::string textOf(const ResultTable& table, Format format) {
-    switch (format) {
-        case Format::json:
-            return json(table);
-        case Format::csv:
-            return csv(table);
-        default:
-            return markdown(table);
-    }
-}
-
-std::string textOfMeasurement(const std::string& file, Format format) {
-    if (format != Format::json) {
-        throw std::runtime_error(file +
-                                 ": holds a measurement of one build, which has no other form than --json");
-    }
-    Store store = Store::open(file, false, StoreKind::measurement);
-    return json(measurementOf(store));
 }
 
 std::string textOf(const Options& options) {
@@ -80,11 +55,10 @@ std::string textOf(const Options& options) {
     if (isMerged(file)) {
         return textOf(fleetReportOf(file), options.format);
     }
-    if (Store::kindOf(file) == StoreKind::measurement) {
-        return textOfMeasurement(file, options.format);
-    }
-    Store store = Store::open(file, false);
-    return textOf(reportOf(store), options.format);
+    const StoreKind kind = Store::kindOf(file);
+    Store store = Store::open(file, false, kind);
+    return kind == StoreKind::measurement ? textOf(measurementOf(store), options.format)
+                                          : textOf(reportOf(store), options.format);
 }
 
 int run(const Options& options) {

@@ -166,6 +166,41 @@ std::string csv(const FleetReport& fleet) {
     return text;
 }
 
+std::string csv(const MeasurementReport& report) {
+    ParameterColumns columns;
+    columns.add(report.points);
+    std::string text =
+        columns.head({"function"}, {"unit", "divisor", "floor", "per_unit", "reached", "turns", "processes",
+                                    "median", "spread", "least_low", "least_high", "loop", "status", "death",
+                                    "earlier_floor", "earlier_ratio", "earlier_mark"});
+    for (const MeasuredPoint& point : report.points) {
+        Cells others{cellOf(point.unit), fmt::format("{}", point.divisor)};
+        const auto add = [&others](const Cells& cells) {
+            others.insert(others.end(), cells.begin(), cells.end());
+        };
+        if (point.figure) {
+            const Figure& its = *point.figure;
+            add({cellOf(clocksFigure(its.floor)), cellOf(rounded(its.floor / point.divisor, 6)),
+                 std::to_string(its.reached), std::to_string(its.turns), std::to_string(its.processes),
+                 cellOf(clocksFigure(its.median)), cellOf(rounded(its.spread, 4)),
+                 cellOf(clocksFigure(its.low)), cellOf(clocksFigure(its.high)),
+                 cellOf(rounded(its.loop, 4))});
+        } else {
+            add(Cells(10));
+        }
+        add({std::to_string(point.fate.status), cellOf(point.fate.death)});
+        if (point.beside) {
+            const Beside& its = *point.beside;
+            add({cellOf(clocksFigure(its.earlier)), cellOf(rounded(its.ratio, 6)),
+                 its.mark == Verdict::same ? "" : std::string(word(its.mark))});
+        } else {
+            add(Cells(3));
+        }
+        text += columns.line({point.function}, point.parameters, others);
+    }
+    return text;
+}
+
 std::string csv(const ResultTable& table) {
     ParameterColumns columns;
     columns.add(table.rows);

@@ -8,6 +8,7 @@
 
 #include "results/resulttable.h"
 #include "show/fleet.h"
+#include "show/measurement.h"
 #include "show/report.h"
 
 namespace lab {
@@ -18,6 +19,9 @@ std::string csv(const Report& report);
 
 /// The same of all kinds, each line with its kind before the function.
 std::string csv(const FleetReport& fleet);
+
+/// The points of a measurement. Clocks are of one call but for `per_unit`.
+std::string csv(const MeasurementReport& report);
 
 /// The results of a table, with the run that each is of.
 std::string csv(const ResultTable& table);

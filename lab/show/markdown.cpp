@@ -135,24 +135,57 @@ std::string item(std::string_view name, std::string_view text) {
     return text.empty() ? "" : fmt::format("- {}: {}\n", name, code(text));
 }
 
-std::string circumstances(const Report& report) {
+/// Of a comparison or a measurement.
+template <class Report>
+std::string machineItems(const Report& report) {
     const Machine& machine = report.machine;
+    return item("processor", machine.processor) + item("kernel", machine.kernel) +
+           item("hypervisor", machine.hypervisor) +
+           fmt::format("- {} bits, core {}, {} MHz, {:.1f} s, seed {}\n", machine.bits, machine.core,
+                       machine.mhz, report.seconds, report.seed);
+}
+
+std::string items(std::string_view name, const std::vector<std::string>& texts) {
+    return linesOf(texts, mostLines, [&](const std::string& its) { return item(name, its); });
+}
+
+std::string circumstances(const Report& report) {
     std::string text = "\n" + item("old", report.older.name) + item("keys of old", report.older.keys) +
                        item("new", report.newer.name) + item("keys of new", report.newer.keys) +
-                       item("processor", machine.processor) + item("kernel", machine.kernel) +
-                       item("hypervisor", machine.hypervisor) +
-                       fmt::format("- {} bits, core {}, {} MHz, {:.1f} s, seed {}\n", machine.bits,
-                                   machine.core, machine.mhz, report.seconds, report.seed);
+                       machineItems(report);
     if (report.identical) {
         text += "- both builds are the same to the byte\n";
     }
-    const auto listed = [&](std::string_view name, const std::vector<std::string>& items) {
-        text += linesOf(items, mostLines, [&](const std::string& its) { return item(name, its); });
+    return folded("Builds and machine", text + items("warning", report.warnings) +
+                                            items("old only", report.onlyOlder) +
+                                            items("new only", report.onlyNewer));
+}
+
+/// The rows of a table on a terminal, less columns in which nothing stands. The first and the last cell hold
+/// names.
+std::string tableOf(const std::vector<Cells>& rows, std::size_t most) {
+    const auto isUsed = [&](std::size_t column) {
+        return std::any_of(rows.begin(), rows.end(),
+                           [&](const Cells& cells) { return !cells[column].empty(); });
     };
-    listed("warning", report.warnings);
-    listed("old only", report.onlyOlder);
-    listed("new only", report.onlyNewer);
-    return folded("Builds and machine", text);
+    const auto ofRow = [&](const Cells& cells, auto&& show) {
+        Cells shown;
+        for (std::size_t i = 0; i < cells.size(); ++i) {
+            if (isUsed(i)) {
+                shown.push_back(show(i, cells[i]));
+            }
+        }
+        return shown;
+    };
+    const std::size_t last = rows.front().size() - 1;
+    const Cells names = ofRow(rows.front(), [&](std::size_t i, const std::string& name) {
+        return i == 0 || i == last || name.empty() || name == "per" ? name : name + " ";
+    });
+    return headOf(names) + linesOf(std::vector(rows.begin() + 1, rows.end()), most, [&](const Cells& cells) {
+               return lineOf(ofRow(cells, [&](std::size_t i, const std::string& cell) {
+                   return (i == 0 || i == last) && !cell.empty() ? code(cell) : cell;
+               }));
+           });
 }
 
 bool differsSomewhere(const FleetLine& line) {
@@ -242,6 +275,19 @@ std::string markdown(const FleetReport& fleet) {
                 circumstances(kind.report);
     }
     return text;
+}
+
+std::string markdown(const MeasurementReport& report) {
+    std::string sentences = sentence(report);
+    sentences.pop_back();
+    std::string build = "\n" + item("build", report.build.name) + item("keys", report.build.keys) +
+                        machineItems(report) + items("warning", report.warnings);
+    if (report.earlier) {
+        build += item("beside", report.earlier->path) + items("caveat", report.earlier->caveats);
+    }
+    return "**" + sentences + "**\n" + tableOf(rowsOf(report, false), mostLines) +
+           folded("All points", tableOf(rowsOf(report, true), mostFolded)) +
+           folded("Build and machine", build);
 }
 
 std::string markdown(const ResultTable& table) {

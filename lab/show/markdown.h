@@ -7,6 +7,7 @@
 
 #include "results/resulttable.h"
 #include "show/fleet.h"
+#include "show/measurement.h"
 #include "show/report.h"
 
 namespace lab {
@@ -14,6 +15,7 @@ namespace lab {
 std::string markdown(const Report& report);
 /// Functions by kinds, the worst first, and each kind's own details.
 std::string markdown(const FleetReport& fleet);
+std::string markdown(const MeasurementReport& report);
 std::string markdown(const ResultTable& table);
 
 }  // namespace lab

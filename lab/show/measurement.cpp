@@ -49,7 +49,7 @@ Cells cellsOf(const MeasuredPoint& point) {
     return cells;
 }
 
-std::string pointRows(const MeasurementReport& report) {
+std::vector<Cells> pointRows(const MeasurementReport& report) {
     std::vector<Cells> rows{{"function", "clocks", "reached", "median", "spread", "per",
                              report.earlier ? "change" : "", "", "point"}};
     for (const MeasuredPoint& point : report.points) {
@@ -58,7 +58,7 @@ std::string pointRows(const MeasurementReport& report) {
             rows.back().back() += "  [" + clustersText(*point.figure, point.divisor) + "]";
         }
     }
-    return aligned(rows);
+    return rows;
 }
 
 /// What the points of a function say together.
@@ -108,7 +108,7 @@ struct Line {
     }
 };
 
-std::string functionRows(const MeasurementReport& report) {
+std::vector<Cells> functionRows(const MeasurementReport& report) {
     std::vector<Line> lines;
     for (const MeasuredPoint& point : report.points) {
         if (lines.empty() || lines.back().function != point.function) {
@@ -122,7 +122,7 @@ std::string functionRows(const MeasurementReport& report) {
     for (const Line& line : lines) {
         rows.push_back(line.cells());
     }
-    return aligned(rows);
+    return rows;
 }
 
 std::string heading(const MeasurementReport& report) {
@@ -138,6 +138,12 @@ std::string heading(const MeasurementReport& report) {
         }
     }
     return text + "\n";
+}
+
+}  // namespace
+
+std::vector<Cells> rowsOf(const MeasurementReport& report, bool points) {
+    return points ? pointRows(report) : functionRows(report);
 }
 
 std::string sentence(const MeasurementReport& report) {
@@ -166,8 +172,6 @@ std::string sentence(const MeasurementReport& report) {
     return text;
 }
 
-}  // namespace
-
 std::string figureText(double clocks) {
     constexpr int Digits = 4;
     if (!(clocks > 0) || !std::isfinite(clocks)) {
@@ -193,7 +197,7 @@ std::string clustersText(const Figure& figure, double divisor) {
 }
 
 std::string table(const MeasurementReport& report, bool points) {
-    return heading(report) + (points ? pointRows(report) : functionRows(report)) + "\n" + sentence(report);
+    return heading(report) + aligned(rowsOf(report, points)) + "\n" + sentence(report);
 }
 
 }  // namespace lab

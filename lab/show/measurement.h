@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "show/columns.h"
 #include "show/report.h"
 #include "verdict/figure.h"
 
@@ -51,7 +52,14 @@ struct MeasurementReport {
     std::optional<Earlier> earlier;
 };
 
-/// Lines ended. A line a function, or one a point with its clusters.
+/// The names of the columns, then a row a function, or one a point with its clusters. What names hold steers
+/// no terminal. Columns that are of no use in this report have no name and are empty.
+std::vector<Cells> rowsOf(const MeasurementReport& report, bool points);
+
+/// How many points were measured and how well, and the answer beside earlier figures; lines ended.
+std::string sentence(const MeasurementReport& report);
+
+/// These rows between what was measured and the sentence. Lines ended.
 std::string table(const MeasurementReport& report, bool points);
 
 /// "0.0249 at 34 of 40 turns, 0.0376 at 6: another load on this core", in clocks of a unit.

@@ -11,15 +11,15 @@ import sys
 
 import jsonschema
 
-FIGURES = ("old_clocks", "new_clocks", "ratio", "clocks", "microseconds", "calls")
+FIGURES = ("old_clocks", "new_clocks", "ratio", "clocks", "microseconds", "calls", "floor", "per_unit", "reached", "loop")
 PARTS = "comparison.schema.json"
-IN_JSON = {"old_clocks": "old", "new_clocks": "new"}
+IN_JSON = {"old_clocks": "old", "new_clocks": "new", "per_unit": "perUnit"}
 
 
 def figure_of(point, name):
     if name == "ratio" and name in point:
         return point["ratio"][1]
-    return point.get(IN_JSON.get(name, name))
+    return (point.get("figure") or point).get(IN_JSON.get(name, name))
 
 
 def objects(value, path=()):
@@ -70,7 +70,7 @@ def check_csv(path, points):
 
 
 def check_sqlite(path, points):
-    figure = "old_clocks" if "old" in points[0] else "clocks"
+    figure = next(name for name in ("old_clocks", "floor", "clocks") if figure_of(points[0], name) is not None)
     query = f"SELECT count(*), total({figure}), count(DISTINCT function) FROM points;"
     # a path with a quotation mark could end the command
     with open(path, encoding="utf-8") as file:
